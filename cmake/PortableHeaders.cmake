@@ -1,0 +1,10 @@
+# Fails when a portable room includes anything but the standard library, Boost.JSON and Kestrin's own headers.
+file(GLOB_RECURSE files ${FOLDER}/*.h ${FOLDER}/*.cpp)
+set(forbidden "^[ \t]*#[ \t]*include[ \t]*<([a-z0-9_+-]+/|[A-Za-z0-9_]+\\.(h|hpp)>)")
+foreach(file IN LISTS files)
+  file(STRINGS ${file} lines REGEX "${forbidden}")
+  list(FILTER lines EXCLUDE REGEX "<boost/json")
+  if(lines)
+    message(FATAL_ERROR "${file}: a portable room includes a platform header: ${lines}")
+  endif()
+endforeach()
