@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/Matrix.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace kestrin::platform {
+
+/// An immutable picture: RGBA, 8 bits a channel, not premultiplied, rows without padding, top row first.
+/// Copies share the pixels. Thread: any.
+class Image {
+  public:
+    /// An absent picture: isValid() is false, all sizes are 0.
+    Image() = default;
+    /// `pixels` holds width * height * 4 bytes, else the image is absent. `scale` is pixels a point.
+    Image(int pixelWidth, int pixelHeight, std::vector<std::uint8_t> pixels, double scale = 1);
+
+    bool isValid() const { return m_pixels != nullptr; }
+    int pixelWidth() const { return m_width; }
+    int pixelHeight() const { return m_height; }
+    double scale() const { return m_scale; }
+    /// In points.
+    Size size() const { return {m_width / m_scale, m_height / m_scale}; }
+    std::span<const std::uint8_t> pixels() const;
+
+  private:
+    std::shared_ptr<const std::vector<std::uint8_t>> m_pixels;
+    int m_width = 0, m_height = 0;
+    double m_scale = 1;
+};
+
+/// Reads and writes picture files in memory. Thread: any.
+class ImageCodec {
+  public:
+    virtual ~ImageCodec() = default;
+    /// PNG, JPEG and what else the system reads; bytes that are no picture, or one of more than 64 million
+    /// pixels, give an absent image.
+    virtual Image decode(std::span<const std::uint8_t> bytes) const = 0;
+    /// `quality` in [0, 1]; an absent image gives no bytes. Transparency is dropped.
+    virtual std::vector<std::uint8_t> encodeJpeg(const Image& image, double quality) const = 0;
+};
+
+} // namespace kestrin::platform
