@@ -21,8 +21,8 @@ struct Intrinsics {
     double fx = 0, fy = 0, cx = 0, cy = 0;
 };
 
-/// The camera of one frame. Orientations are the interface orientation codes 1 portrait, 2 portrait upside down,
-/// 3 landscape right, 4 landscape left. Immutable. Thread: any.
+/// The camera of one frame. Orientations are the interface orientation codes 1 portrait, 2 portrait upside
+/// down, 3 landscape right, 4 landscape left. Immutable. Thread: any.
 class ArCamera {
   public:
     virtual ~ArCamera() = default;
@@ -31,8 +31,8 @@ class ArCamera {
     virtual TrackingReason trackingReason() const = 0;
     virtual Intrinsics intrinsics() const = 0;
     virtual Size imageResolution() const = 0;
-    /// The projection with which content lands on the picture when the picture fills the viewport (aspect fill,
-    /// centred) in the given orientation. Only the shape of the viewport counts.
+    /// The projection with which content lands on the picture when the picture fills the viewport (aspect
+    /// fill, centred) in the given orientation. Only the shape of the viewport counts.
     virtual Matrix projection(int orientation, Size viewport, double zNear, double zFar) const = 0;
     /// Where a world point is seen in the viewport, from its top-left corner.
     virtual Point projectPoint(const Vector3& point, int orientation, Size viewport) const = 0;
@@ -79,8 +79,8 @@ using ArAnchors = std::vector<std::shared_ptr<const ArAnchor>>;
 
 /// One moment of the session.
 struct ArFrame {
-    double timestamp = 0;            ///< seconds since the session began
-    PixelBufferRef capturedImage;    ///< may be empty before the first picture
+    double timestamp = 0;         ///< seconds since the session began
+    PixelBufferRef capturedImage; ///< may be empty before the first picture
     std::shared_ptr<const ArCamera> camera;
     std::optional<double> ambientIntensity; ///< lumens; about 1000 in a well lit room
     ArAnchors anchors;
@@ -94,8 +94,9 @@ struct ArConfiguration {
     unsigned planeDetection = 0; ///< bits of PlaneDetection; world only
     bool autoFocusEnabled = true;
     bool lightEstimationEnabled = false;
-    std::vector<std::shared_ptr<const ArReferenceImage>> images; ///< to detect (world) or to track (image only)
-    int maximumNumberOfTrackedImages = 0;                        ///< image only
+    std::vector<std::shared_ptr<const ArReferenceImage>>
+        images;                           ///< to detect (world) or to track (image only)
+    int maximumNumberOfTrackedImages = 0; ///< image only
 };
 
 enum ArRunOptions : unsigned { kResetTracking = 1, kRemoveExistingAnchors = 2 };
@@ -116,8 +117,8 @@ class ArSession {
     virtual ~ArSession() = default;
     /// Called at most once, before the first run.
     virtual void setDelegate(std::weak_ptr<ArSessionDelegate> delegate) = 0;
-    /// Starts or reconfigures. `currentFrame` exists when it returns (intrinsics, identity pose). Events of an
-    /// earlier run are not delivered any more. Never waits for the session thread.
+    /// Starts or reconfigures. `currentFrame` exists when it returns (intrinsics, identity pose). Events of
+    /// an earlier run are not delivered any more. Never waits for the session thread.
     virtual void run(const ArConfiguration& configuration, unsigned options) = 0;
     /// Stops the frames; the current frame stays. Never waits for the session thread.
     virtual void pause() = 0;

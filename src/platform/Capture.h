@@ -12,9 +12,9 @@ struct PixelPlane {
     int stride = 0;            ///< bytes from row to row
 };
 
-/// A picture in memory. Camera pictures are bi-planar 4:2:0 YCbCr, 8 bits, full range: plane 0 is luma, plane 1
-/// interleaved Cb, Cr at half size. The pixels do not change while a reference is held, and go back to their
-/// owner's pool with the last one. Thread: any.
+/// A picture in memory. Camera pictures are bi-planar 4:2:0 YCbCr, 8 bits, full range: plane 0 is luma, plane
+/// 1 interleaved Cb, Cr at half size. The pixels do not change while a reference is held, and go back to
+/// their owner's pool with the last one. Thread: any.
 class PixelBuffer {
   public:
     virtual ~PixelBuffer() = default;

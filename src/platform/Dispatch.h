@@ -16,7 +16,7 @@ class SerialQueue {
     virtual void async(Task task) = 0;
 };
 
-/// Fires until it is destroyed.
+/// Fires until it is destroyed, which may happen inside its own task.
 class RepeatingTimer {
   public:
     virtual ~RepeatingTimer() = default;

@@ -60,7 +60,8 @@ Matrix inverse(const Matrix& matrix) {
     }
     Matrix result;
     for (std::size_t c = 0; c < 4; ++c)
-        result[c] = {float(rows[0][c + 4]), float(rows[1][c + 4]), float(rows[2][c + 4]), float(rows[3][c + 4])};
+        result[c] = {float(rows[0][c + 4]), float(rows[1][c + 4]), float(rows[2][c + 4]),
+                     float(rows[3][c + 4])};
     return result;
 }
 
@@ -73,12 +74,8 @@ AffineTransform inverse(const AffineTransform& t) {
     if (!std::isnormal(determinant))
         return {};
     const double s = 1 / determinant;
-    return {t.d * s,
-            -t.b * s,
-            -t.c * s,
-            t.a * s,
-            (t.c * t.ty - t.d * t.tx) * s,
-            (t.b * t.tx - t.a * t.ty) * s};
+    return {
+        t.d * s, -t.b * s, -t.c * s, t.a * s, (t.c * t.ty - t.d * t.tx) * s, (t.b * t.tx - t.a * t.ty) * s};
 }
 
 } // namespace kestrin::platform

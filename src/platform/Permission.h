@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+
+namespace kestrin::platform {
+
+enum class Authorization { notDetermined, restricted, denied, limited, authorized };
+
+/// What the person in front of the device allows.
+class Permissions {
+  public:
+    virtual ~Permissions() = default;
+    /// Thread: any.
+    virtual Authorization camera() const = 0;
+    /// Asks the person; the answer may come on any thread, and may never come. Thread: main.
+    virtual void requestCamera(std::function<void(bool granted)> answer) = 0;
+};
+
+} // namespace kestrin::platform
