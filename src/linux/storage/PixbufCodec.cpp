@@ -1,0 +1,96 @@
+#include "linux/storage/PixbufCodec.h"
+
+#include <gdk-pixbuf/gdk-pixbuf.h>
+#include <turbojpeg.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+namespace kestrin::gtk {
+
+namespace {
+
+constexpr std::int64_t kMaximumPixels = 64'000'000;
+
+using PixbufRef = std::unique_ptr<GdkPixbuf, decltype(&g_object_unref)>;
+using LoaderRef = std::unique_ptr<GdkPixbufLoader, decltype(&g_object_unref)>;
+
+bool isReasonable(std::int64_t width, std::int64_t height) {
+    return width > 0 && height > 0 && width <= kMaximumPixels / height;
+}
+
+/// A size of zero makes the loader give up before it allocates the pixels.
+void refuseHugePicture(GdkPixbufLoader* loader, int width, int height, gpointer) {
+    if (!isReasonable(width, height))
+        gdk_pixbuf_loader_set_size(loader, 0, 0);
+}
+
+PixbufRef readPixbuf(std::span<const std::uint8_t> bytes) {
+    const LoaderRef loader(gdk_pixbuf_loader_new(), g_object_unref);
+    g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(refuseHugePicture), nullptr);
+    const bool written = gdk_pixbuf_loader_write(loader.get(), bytes.data(), bytes.size(), nullptr);
+    const bool closed = gdk_pixbuf_loader_close(loader.get(), nullptr);
+    GdkPixbuf* pixbuf = written && closed ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
+    return {pixbuf ? gdk_pixbuf_apply_embedded_orientation(pixbuf) : nullptr, g_object_unref};
+}
+
+/// GdkPixbuf has three or four channels and padded rows.
+std::vector<std::uint8_t> tightRgba(const GdkPixbuf* pixbuf) {
+    const int width = gdk_pixbuf_get_width(pixbuf);
+    const int height = gdk_pixbuf_get_height(pixbuf);
+    const int channels = gdk_pixbuf_get_n_channels(pixbuf);
+    const int stride = gdk_pixbuf_get_rowstride(pixbuf);
+    const std::uint8_t* source = gdk_pixbuf_read_pixels(pixbuf);
+    std::vector<std::uint8_t> pixels(std::size_t(width) * std::size_t(height) * 4);
+    std::uint8_t* out = pixels.data();
+    for (int y = 0; y < height; ++y) {
+        const std::uint8_t* in = source + std::ptrdiff_t(y) * stride;
+        for (int x = 0; x < width; ++x, in += channels, out += 4) {
+            out[0] = in[0];
+            out[1] = in[1];
+            out[2] = in[2];
+            out[3] = channels == 4 ? in[3] : 255;
+        }
+    }
+    return pixels;
+}
+
+/// From [0, 1], whatever else is given, to the library's 1..100.
+int percent(double quality) {
+    const double bounded = quality > 0 ? (quality < 1 ? quality : 1) : 0;
+    return std::max(1, int(std::lround(100 * bounded)));
+}
+
+} // namespace
+
+platform::Image PixbufCodec::decode(std::span<const std::uint8_t> bytes) const {
+    if (bytes.empty())
+        return {};
+    const PixbufRef pixbuf = readPixbuf(bytes);
+    if (!pixbuf)
+        return {};
+    const int width = gdk_pixbuf_get_width(pixbuf.get());
+    const int height = gdk_pixbuf_get_height(pixbuf.get());
+    if (!isReasonable(width, height))
+        return {};
+    return {width, height, tightRgba(pixbuf.get())};
+}
+
+std::vector<std::uint8_t> PixbufCodec::encodeJpeg(const platform::Image& image, double quality) const {
+    if (!image.isValid())
+        return {};
+    const std::unique_ptr<void, decltype(&tjDestroy)> compressor(tjInitCompress(), tjDestroy);
+    unsigned char* bytes = nullptr;
+    unsigned long size = 0;
+    const int result = compressor ? tjCompress2(compressor.get(), image.pixels().data(), image.pixelWidth(),
+                                                0, image.pixelHeight(), TJPF_RGBX, &bytes, &size, TJSAMP_420,
+                                                percent(quality), 0)
+                                  : -1;
+    const std::unique_ptr<unsigned char, decltype(&tjFree)> owned(bytes, tjFree);
+    if (result != 0)
+        return {};
+    return {bytes, bytes + size};
+}
+
+} // namespace kestrin::gtk
