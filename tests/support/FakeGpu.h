@@ -1,0 +1,90 @@
+#pragma once
+
+#include "platform/Gpu.h"
+#include "support/RecordedView.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace kestrin::test {
+
+struct FakeGpuBuffer : platform::GpuBuffer {
+    void write(std::span<const float> v) override { values.assign(v.begin(), v.end()); }
+    void setLabel(const std::string& text) override { label = text; }
+    std::vector<float> values;
+    std::string label;
+};
+
+struct FakeGpuTexture : platform::GpuTexture {
+    platform::PixelBufferRef buffer;
+    platform::GpuFormat format{};
+    int plane = 0, width = 0, height = 0;
+};
+
+/// Makes recording things, and fails where the test says. Everything drawn is written to `journal`, a line a
+/// call: "makeCommandBuffer", "label NAME", "makeEncoder", "push NAME", "pop", "cull none", "pipeline",
+/// "depth", "vertices INDEX", "texture INDEX", "strip FIRST COUNT", "end", "present", "commit".
+class FakeGpuDevice : public platform::GpuDevice, public std::enable_shared_from_this<FakeGpuDevice> {
+  public:
+    std::shared_ptr<platform::GpuBuffer> makeBuffer(std::span<const float> values) override;
+    platform::GpuResult<platform::GpuLibrary> makeLibrary(const std::string& name,
+                                                          const std::string& type) override;
+    platform::GpuResult<platform::GpuPipeline>
+    makePipeline(const platform::GpuPipelineDescriptor& descriptor) override;
+    std::shared_ptr<platform::GpuDepthState>
+    makeDepthState(const platform::GpuDepthDescriptor& descriptor) override;
+    std::shared_ptr<platform::GpuTextureCache> makeTextureCache() override;
+    std::shared_ptr<platform::GpuCommandQueue> makeCommandQueue() override;
+
+    void write(const std::string& line);
+    std::vector<std::string> takeJournal();
+    void addCompletion(platform::Task completion);
+    void committed();
+    /// The GPU is done with all that was committed: calls the completions.
+    void finish();
+
+    std::string libraryError, pipelineError; ///< not empty: making one fails with this
+    bool texturesFail = false;
+    bool finishesAtOnce = true; ///< completions run inside commit
+    std::string libraryName;    ///< "name.type" as last asked for
+    platform::GpuPipelineDescriptor pipeline;
+    platform::GpuDepthDescriptor depth;
+    std::shared_ptr<FakeGpuBuffer> buffer;                 ///< made last
+    std::vector<std::shared_ptr<FakeGpuTexture>> drawn{4}; ///< by fragment texture index, as last set
+
+  private:
+    std::mutex m_mutex;
+    std::vector<std::string> m_journal;
+    std::vector<platform::Task> m_completions;
+};
+
+/// Plays the drawing thread: a frame is drawn when the test says, on the thread it says it.
+struct FakeRenderPeer : RecordingPeer<platform::RenderViewPeer> {
+    explicit FakeRenderPeer(platform::View& v) : view(v) {}
+    void setDelegate(std::weak_ptr<platform::RenderViewDelegate> value) override {
+        delegate = std::move(value);
+    }
+    void setSettings(const platform::RenderViewSettings& value) override { settings = value; }
+    bool hasRenderPass() const override { return renderPass; }
+
+    void draw();
+    void resizeDrawable(const platform::Size& pixels);
+
+    platform::View& view;
+    std::weak_ptr<platform::RenderViewDelegate> delegate;
+    platform::RenderViewSettings settings;
+    bool renderPass = true;
+};
+
+class FakeGpu : public platform::Gpu {
+  public:
+    std::shared_ptr<platform::GpuDevice> defaultDevice() override { return device; }
+    std::unique_ptr<platform::RenderViewPeer> makeRenderPeer(platform::View& view) override;
+
+    std::shared_ptr<FakeGpuDevice> device = std::make_shared<FakeGpuDevice>(); ///< null: no GPU interface
+    FakeRenderPeer* newest = nullptr;                                          ///< of the view made last
+};
+
+} // namespace kestrin::test
