@@ -1,0 +1,64 @@
+import { KestrinClient } from '../client/index.js';
+import { Placement } from './placement.js';
+import { Stage } from './stage.js';
+import { Status } from './status.js';
+
+/** What a host may read, to see whether the page is alive. */
+interface Counters {
+  poses: number;
+  rendered: number;
+  /** Milliseconds since the page was opened. */
+  firstPose?: number;
+}
+
+declare global {
+  interface Window {
+    __demo: Counters;
+  }
+}
+
+const client = new KestrinClient();
+const stage = new Stage(document.querySelector('canvas')!);
+const status = new Status(document.querySelector('#status')!);
+const counters: Counters = (window.__demo = { poses: 0, rendered: 0 });
+let placement = new Placement();
+let waiting = false;
+
+function draw(): boolean {
+  return client.pose !== undefined && client.projection !== undefined && stage.render(client.pose, client.projection);
+}
+
+function drawFrame(): void {
+  if (!waiting || !draw()) return;
+  waiting = false;
+  counters.rendered++;
+  status.countFrame();
+  client.submit();
+}
+
+function fitWindow(): void {
+  stage.resize(innerWidth, innerHeight, devicePixelRatio);
+  draw(); // resizing empties the canvas
+}
+
+client.on('pose', (pose) => {
+  counters.poses++;
+  counters.firstPose ??= performance.now();
+  const plane = placement.next(client.planes, pose.seconds);
+  if (plane) stage.standCubeOn(plane);
+  waiting = true;
+  drawFrame();
+});
+client.on('projection', drawFrame); // the first pose may have come before it
+client.on('tracking', (state) => (status.tracking = state));
+client.on('planeAdded', (plane) => stage.putPlane(plane));
+client.on('planeUpdated', (plane) => stage.putPlane(plane));
+client.on('planeRemoved', (plane) => stage.removePlane(plane));
+client.on('planesCleared', () => {
+  stage.clear();
+  placement = new Placement();
+});
+addEventListener('resize', fitWindow);
+
+fitWindow();
+client.start();
