@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "services/util/Singleton.h"
 #include "support/FakeApplication.h"
 #include "support/FakeDispatch.h"
 #include "support/FakeGpu.h"
@@ -52,12 +53,13 @@ class FakePlatform : public platform::Platform {
     double featureLevel() const override { return level; }
 };
 
-/// A fresh platform for each test. What the test leaves on the main queue is dropped with it.
+/// A fresh platform and fresh singletons for each test. What the test leaves on the main queue is dropped with it.
 class PlatformTest : public ::testing::Test {
   protected:
     PlatformTest() { platform::installPlatform(system); }
     ~PlatformTest() override {
         system->queues.drop();
+        resetSingletons();
         platform::installPlatform(nullptr);
     }
 
