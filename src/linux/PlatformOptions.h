@@ -1,0 +1,39 @@
+#pragma once
+
+#include "linux/toolkit/StandardErrorLog.h"
+#include "platform/ArSession.h"
+#include "platform/Matrix.h"
+#include "platform/Orientation.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+
+namespace kestrin::gtk {
+
+/// What a host application can say about its platform. Every field has a working default.
+struct Options {
+    /// In reverse-domain form, as in `GtkApplication`; names the documents folder, and its vendor part the
+    /// device identifier.
+    std::string applicationId = "org.kestrin.Application";
+    /// The main bundle: a folder, or a `resource:///prefix` of a registered GResource, with `info.json`.
+    std::string bundle;
+    LogLevel logLevel = LogLevel::info;
+    /// Where connections to a host really go: host name -> "address:port".
+    std::map<std::string, std::string> hostMap;
+    /// Makes the source of world tracking. It may keep the orientation, which lives as long as the platform.
+    std::function<std::shared_ptr<platform::WorldTracking>(const platform::InterfaceOrientation&)>
+        worldTracking;
+    /// Whether that source uses a real camera, which then needs a permission.
+    bool trackingUsesCamera = false;
+    /// The interface orientation code 1..4; 0 follows the shape of the view: wider than high is 3, else 1.
+    int orientation = 0;
+    /// Points; what counts as the screen when the display has no monitor.
+    platform::Size screenSize{1280, 720};
+    /// What the person allowed beforehand: "camera".
+    std::set<std::string> granted;
+};
+
+} // namespace kestrin::gtk
