@@ -21,6 +21,7 @@ class WidgetBox final : public Reconciled {
     GtkWidget* widget() const { return asWidget(m_widget.get()); }
     /// The native widget below the subviews; it fills the view.
     void setContent(GtkWidget* content);
+    GtkWidget* content() const { return m_widget.get()->state->content; }
     void setHiding(Hiding hiding);
     /// Called inside size-allocate when the view has no parent view: must not touch the widget tree.
     void onRootAllocated(std::function<void(GtkWidget*, const platform::Size&)> callback);
