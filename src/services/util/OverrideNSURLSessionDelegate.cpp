@@ -1,0 +1,19 @@
+#include "services/util/OverrideNSURLSessionDelegate.h"
+
+#include "services/util/CertificatePolicy.h"
+#include "services/util/Format.h"
+#include "services/util/Singleton.h"
+
+namespace kestrin {
+
+std::shared_ptr<OverrideNSURLSessionDelegate> OverrideNSURLSessionDelegate::getInstance() {
+    return singleton<OverrideNSURLSessionDelegate>();
+}
+
+bool OverrideNSURLSessionDelegate::acceptServerTrust(const std::string&) {
+    const bool accepts = certificatePolicy == CertificatePolicy::acceptAll;
+    log("NSURLSession -> Completed HTTPS Challenge");
+    return accepts;
+}
+
+} // namespace kestrin
