@@ -1,0 +1,21 @@
+#pragma once
+
+#include "services/util/CertificatePolicy.h"
+
+namespace kestrin {
+
+/// What the maker of a product settles once.
+struct Deployment {
+    /// The maker's public web site.
+    static constexpr const char* kWebHost = "www.kestrin.example";
+    /// The default server.
+    static constexpr const char* kApplicationHost = "apps.kestrin.example";
+    /// Named to the person who meets a broken build.
+    static constexpr const char* kSupportContact = "support@kestrin.example";
+    /// The application that the built-in local key string opens.
+    static constexpr const char* kLocalApplicationId = "7d0c4a52-3be1-4f68-9a57-c2e81f60d934";
+    /// Set it to strict for a product whose servers carry certificates that the system trusts.
+    static constexpr auto& certificates = certificatePolicy;
+};
+
+} // namespace kestrin
