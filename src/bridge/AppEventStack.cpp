@@ -1,0 +1,26 @@
+#include "bridge/AppEventStack.h"
+
+#include "services/util/Format.h"
+#include "services/util/KestrinUtil.h"
+
+#include <utility>
+
+namespace kestrin {
+
+AppEventStack::AppEventStack(std::string name)
+    : mName(std::move(name)), mMainStack{{"eventName", "sdk" + mName}, {"data", boost::json::object()}} {}
+
+boost::json::object& AppEventStack::subStack() { return mMainStack.at("data").as_object(); }
+
+void AppEventStack::put(std::string_view key, boost::json::value value) {
+    subStack().insert_or_assign(key, std::move(value));
+}
+
+AppEventStack& AppEventStack::clear() {
+    subStack().clear();
+    return *this;
+}
+
+void AppEventStack::print() const { log("AppEventStack -> %@", KestrinUtil::dictToJSON(&mMainStack)); }
+
+} // namespace kestrin

@@ -1,0 +1,88 @@
+#include "bridge/AppJSONStack.h"
+
+#include "bridge/KestrinWebView.h"
+#include "services/util/Format.h"
+#include "services/util/KestrinUtil.h"
+#include "services/util/MainThread.h"
+
+#include <boost/json/array.hpp>
+
+#include <utility>
+
+namespace kestrin {
+
+namespace {
+
+std::string encode(const std::vector<AppJSONStack::StackKey>& stacks) {
+    boost::json::array events;
+    for (const auto& stack : stacks)
+        events.emplace_back(stack->getMainStack());
+    return KestrinUtil::arrToJSON64(&events);
+}
+
+} // namespace
+
+AppJSONStack::AppJSONStack(std::shared_ptr<KestrinWebView> view) : webView(std::move(view)) {}
+
+AppJSONStack::StackKey AppJSONStack::push(const std::string& name) {
+    assertMain();
+    auto& idle = idMaps[name];
+    if (idle.empty())
+        return std::make_shared<AppEventStack>(name);
+    auto stack = std::move(idle.back());
+    idle.pop_back();
+    return stack;
+}
+
+void AppJSONStack::pushVar(std::string_view key, boost::json::value jsonValue, const StackKey& stackKey) {
+    if (stackKey)
+        stackKey->put(key, std::move(jsonValue));
+}
+
+void AppJSONStack::deploy(const StackKey& stackKey, bool sendNow) {
+    assertMain();
+    if (!stackKey)
+        return;
+    if (!sendNow || !webView) {
+        stacks.push_back(stackKey);
+        return;
+    }
+    send(encode({stackKey}));
+    recycle(stackKey);
+}
+
+void AppJSONStack::deployDirect(const std::optional<std::string>& text) {
+    if (text)
+        send(*text);
+}
+
+std::optional<std::string> AppJSONStack::updateDirect() {
+    assertMain();
+    if (stacks.empty())
+        return std::nullopt;
+    std::string text = encode(stacks);
+    for (const auto& stack : std::exchange(stacks, {}))
+        recycle(stack);
+    return text;
+}
+
+void AppJSONStack::update() {
+    if (!webView)
+        return;
+    if (const auto text = updateDirect())
+        send(*text);
+}
+
+void AppJSONStack::send(const std::string& text) {
+    if (webView)
+        webView->eval(format("window.kestrinSDKEventHandler('%@');", text));
+}
+
+void AppJSONStack::recycle(const StackKey& stack) {
+    stack->clear();
+    const auto pool = idMaps.find(stack->getName());
+    if (pool != idMaps.end())
+        pool->second.push_back(stack);
+}
+
+} // namespace kestrin

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "bridge/AppEventStack.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrin {
+
+class KestrinWebView;
+
+/// Sends named events to the page, at once or in batches, and reuses their objects by name. Thread: main.
+class AppJSONStack {
+  public:
+    using StackKey = std::shared_ptr<AppEventStack>;
+
+    /// Without a web view, events wait for ever.
+    explicit AppJSONStack(std::shared_ptr<KestrinWebView> view);
+
+    /// An empty event of that name, to be filled and deployed once.
+    StackKey push(const std::string& name);
+    void pushVar(std::string_view key, boost::json::value jsonValue, const StackKey& stackKey);
+    /// Sends the event alone and at once, or keeps it for the next `update`.
+    void deploy(const StackKey& stackKey, bool sendNow);
+    /// Sends base64 text of a list of events as it is.
+    void deployDirect(const std::optional<std::string>& text);
+    /// Takes what waits, as base64 text of a list; none when nothing waits.
+    std::optional<std::string> updateDirect();
+    /// Sends what waits.
+    void update();
+
+  private:
+    void send(const std::string& text);
+    void recycle(const StackKey& stack);
+
+    const std::shared_ptr<KestrinWebView> webView;
+    std::vector<StackKey> stacks; ///< deployed and not sent yet
+    std::map<std::string, std::vector<StackKey>> idMaps;
+};
+
+} // namespace kestrin
