@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Log.h"
+#include "platform/Storage.h"
+
+#include <map>
+
+namespace kestrin::gtk {
+
+/// The main bundle, a folder or a `resource:///prefix`, and the application's documents folder under the
+/// person's data folder. Thread: any.
+class BundleStorage final : public platform::Storage {
+  public:
+    /// A bundle without `info.json`, or with a broken one, has no information; a broken one is logged.
+    BundleStorage(std::string bundle, const std::string& applicationId, platform::LogSink& log);
+
+    std::optional<std::string> bundleResource(const std::string& name,
+                                              const std::string& type) const override;
+    std::optional<std::string> information(const std::string& key) const override;
+    std::filesystem::path documentsDirectory() const override { return m_documents; }
+
+  private:
+    std::optional<std::string> read(const std::string& path) const;
+    void readInformation(platform::LogSink& log);
+
+    const std::string m_bundle;
+    const std::filesystem::path m_documents;
+    std::map<std::string, std::string, std::less<>> m_information;
+};
+
+/// The folder that is the application's own under the person's data folder. Letters outside those of an
+/// application id become `_`, so that no id leaves the data folder.
+std::filesystem::path applicationDirectory(const std::string& applicationId);
+
+} // namespace kestrin::gtk
