@@ -1,0 +1,145 @@
+#include "tracking/ARKitMarkerlessProcessor.h"
+
+#include "core/config/KestrinFeatureFlags.h"
+#include "tracking/Geometry.h"
+#include "tracking/SystemLevel.h"
+
+#include <optional>
+
+namespace kestrin {
+
+using namespace platform;
+
+namespace {
+
+constexpr double kFullLight = 0.00025; // per lumen
+
+/// In [0, 1]; what is not a number is dark.
+float brightness(double ambientIntensity) {
+    const double light = ambientIntensity * kFullLight;
+    return float(light > 0 ? (light < 1 ? light : 1) : 0);
+}
+
+std::optional<int> reasonCode(TrackingReason reason) {
+    switch (reason) {
+    case TrackingReason::none:
+        return 0;
+    case TrackingReason::initializing:
+        return 1;
+    case TrackingReason::excessiveMotion:
+        return 3;
+    case TrackingReason::insufficientFeatures:
+        return 4;
+    case TrackingReason::relocalizing:
+        return systemIsAtLeast(11.3) ? std::optional(2) : std::nullopt;
+    }
+    return std::nullopt;
+}
+
+/// Without a mesh the page draws a rectangle about the pose, so the centre is added. It is added along the
+/// world's axes, not turned into the anchor's frame: pages count on it.
+Matrix planePose(const ArPlaneAnchor& plane, bool hasMesh) {
+    Matrix pose = plane.transform;
+    if (!hasMesh) {
+        pose[3].x += plane.center.x;
+        pose[3].y += plane.center.y;
+        pose[3].z += plane.center.z;
+    }
+    return pose;
+}
+
+void sendGeometry(CVManagerDelegate& target, const ArPlaneAnchor& plane) {
+    const auto& mesh = plane.geometry;
+    if (!mesh)
+        return;
+    target.onPlaneGeometryUpdated(plane.identifier, {mesh, mesh->vertices.data()}, int(mesh->vertices.size()),
+                                  {mesh, mesh->triangleIndices.data()}, int(mesh->triangleIndices.size()));
+}
+
+} // namespace
+
+void ARKitMarkerlessProcessor::didUpdateFrame(const std::shared_ptr<const ArFrame>& frame) {
+    if (!cameraEnabled || !systemIsAtLeast(11.0))
+        return;
+    const TrackingReason reason = frame->camera ? frame->camera->trackingReason() : TrackingReason::none;
+    updateUIOrientationMatrix();
+    sendPose(*frame);
+    lightEstimate = brightness(frame->ambientIntensity.value_or(0));
+    sendPicture(*frame);
+    sendReason(reason);
+}
+
+void ARKitMarkerlessProcessor::sendPose(const ArFrame& frame) {
+    Matrix turn;
+    std::string tracker;
+    {
+        const std::lock_guard lock(m_mutex);
+        turn = ui_orientation_matrix;
+        tracker = _currentTracker;
+    }
+    const Matrix pose = frame.camera ? calc_view_unscaled(frame.camera->transform(), turn) : Matrix{};
+    if (const auto listener = target())
+        listener->onMarkerTracked(tracker, pose, pose, frame.timestamp);
+}
+
+void ARKitMarkerlessProcessor::sendPicture(const ArFrame& frame) {
+    int width = 0;
+    int height = 0;
+    {
+        const std::lock_guard lock(m_mutex);
+        width = init_width;
+        height = init_height;
+    }
+    delegates.forEach([&](CameraFrameConsumer& consumer) {
+        consumer.cameraFrameReceivedWithBuffer(frame.capturedImage, 0.0, width, height);
+    });
+}
+
+void ARKitMarkerlessProcessor::sendReason(TrackingReason reason) {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (reason == lastTrackingReason)
+            return;
+        lastTrackingReason = reason;
+    }
+    const auto code = reasonCode(reason);
+    const auto listener = target();
+    if (code && listener)
+        listener->onTrackingReasonChange(*code);
+}
+
+void ARKitMarkerlessProcessor::didAddAnchors(const ArAnchors& anchors) {
+    sendPlanes(anchors, &CVManagerDelegate::onPlaneAdded);
+}
+
+void ARKitMarkerlessProcessor::didUpdateAnchors(const ArAnchors& anchors) {
+    sendPlanes(anchors, &CVManagerDelegate::onPlaneUpdated);
+}
+
+void ARKitMarkerlessProcessor::sendPlanes(const ArAnchors& anchors, PlaneOperation operation) {
+    const auto listener = target();
+    if (!listener || !systemIsAtLeast(11.0))
+        return;
+    const bool hasMesh =
+        systemIsAtLeast(11.3) && KestrinFeatureFlags::getInstance()->containsFlag("planegeometry");
+    for (const auto& anchor : anchors) {
+        const auto* plane = dynamic_cast<const ArPlaneAnchor*>(anchor.get());
+        if (!plane)
+            continue;
+        (listener.get()->*operation)(plane->identifier, planePose(*plane, hasMesh), plane->extent.x,
+                                     plane->extent.z);
+        if (hasMesh)
+            sendGeometry(*listener, *plane);
+    }
+}
+
+void ARKitMarkerlessProcessor::didRemoveAnchors(const ArAnchors& anchors) {
+    const auto listener = target();
+    if (!listener || !systemIsAtLeast(11.0))
+        return;
+    for (const auto& anchor : anchors)
+        if (dynamic_cast<const ArPlaneAnchor*>(anchor.get()))
+            listener->onPlaneRemoved(anchor->identifier);
+}
+
+} // namespace kestrin
