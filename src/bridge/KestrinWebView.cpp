@@ -64,8 +64,7 @@ void KestrinWebView::prepare(std::shared_ptr<PageFrameListener> listener) {
     if (_isPrepared || divertToMain([self = shared_from_this(), listener] { self->prepare(listener); }))
         return;
     _isPrepared = true;
-    if (!_webView)
-        makeWebView();
+    makeWebView();
     if (_url)
         loadUrl(_url, false);
 }
@@ -210,12 +209,12 @@ void KestrinWebView::didReceiveScriptMessage(const std::string&, std::string_vie
             listener->signal();
             return;
         }
-    const std::size_t cost = body.size() + kMessageOverhead;
-    if (!admit(cost))
+    if (!admit(body.size()))
         return;
     auto data = decode(body);
     if (!delegate())
         return;
+    const std::size_t cost = body.size() + kMessageOverhead;
     m_waitingBytes += cost;
     platform::platform().dispatch().mainAsync([self = shared_from_this(), cost, data = std::move(data)] {
         self->m_waitingBytes -= cost;
@@ -223,10 +222,11 @@ void KestrinWebView::didReceiveScriptMessage(const std::string&, std::string_vie
     });
 }
 
-bool KestrinWebView::admit(std::size_t cost) {
-    const bool fits = cost <= kMaxWaitingBytes - m_waitingBytes;
+bool KestrinWebView::admit(std::size_t bytes) {
+    const bool fits = m_waitingBytes + bytes <= kMaxWaitingBytes;
     if (!fits && !m_isDropping)
-        log("KestrinWebView - Dropping page messages: more than %i bytes are waiting.", kMaxWaitingBytes);
+        log("KestrinWebView - Dropping page messages, those that wait would exceed %i bytes.",
+            kMaxWaitingBytes);
     m_isDropping = !fits;
     return fits;
 }

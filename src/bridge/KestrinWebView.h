@@ -23,7 +23,7 @@ class KestrinWebView : public platform::ScriptMessageHandler,
                        public platform::WebUiDelegate,
                        public std::enable_shared_from_this<KestrinWebView> {
   public:
-    /// The text of the messages that wait for their delivery stays below this; beyond it messages are
+    /// The most that page messages waiting for their delivery may hold, as posted; one that does not fit is
     /// dropped, undecoded.
     static constexpr std::size_t kMaxWaitingBytes = std::size_t(64) << 20;
 
@@ -74,7 +74,7 @@ class KestrinWebView : public platform::ScriptMessageHandler,
   private:
     void makeWebView();
     std::shared_ptr<PageFrameListener> frameListener() const;
-    bool admit(std::size_t cost);
+    bool admit(std::size_t bytes);
     void dispatchEvent(const EventData& data);
 
     mutable std::mutex m_mutex; ///< of the next two

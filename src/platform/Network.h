@@ -11,7 +11,8 @@ namespace kestrin::platform {
 class AuthenticationDelegate {
   public:
     virtual ~AuthenticationDelegate() = default;
-    /// Whether to go on with the certificate that `host` showed, unchecked. Thread: main or worker.
+    /// Whether to go on with the certificate that `host` showed, unchecked; false leaves it to the system's
+    /// check. Thread: main or worker.
     virtual bool acceptServerTrust(const std::string& host) = 0;
 };
 

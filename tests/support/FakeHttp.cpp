@@ -37,9 +37,10 @@ std::vector<HttpRequest> FakeHttp::requests() const {
 
 std::optional<HttpResponse> FakeHttp::find(const std::string& url, AuthenticationDelegate* delegate) const {
     constexpr std::string_view kSecure = "https://";
-    if (delegate && url.starts_with(kSecure)) {
+    if (url.starts_with(kSecure)) {
         const std::string host = url.substr(kSecure.size(), url.find('/', kSecure.size()) - kSecure.size());
-        if (!delegate->acceptServerTrust(host))
+        const bool accepted = delegate && delegate->acceptServerTrust(host);
+        if (!accepted && !hasTrustedCertificate)
             return std::nullopt;
     }
     const std::lock_guard lock(m_mutex);

@@ -3,6 +3,7 @@
 #include "platform/Dispatch.h"
 #include "platform/Network.h"
 
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -11,8 +12,9 @@
 
 namespace kestrin::test {
 
-/// A server made of answers by address; an address without an answer is a transport error. An https answer
-/// comes only when the delegate, if there is one, trusts the host. Thread: any.
+/// A server made of answers by address; an address without an answer is a transport error. Over https it is
+/// only heard when the delegate accepts its certificate or, if the test says so, the system does.
+/// Thread: any.
 class FakeHttp : public platform::HttpClient {
   public:
     explicit FakeHttp(platform::Dispatch& dispatch) : m_dispatch(dispatch) {}
@@ -25,6 +27,8 @@ class FakeHttp : public platform::HttpClient {
     void answer(const std::string& url, const std::string& body, int status = 200);
     /// The requests so far, in order.
     std::vector<platform::HttpRequest> requests() const;
+
+    std::atomic<bool> hasTrustedCertificate = false;
 
   private:
     std::optional<platform::HttpResponse> find(const std::string& url,

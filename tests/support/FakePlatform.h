@@ -53,7 +53,8 @@ class FakePlatform : public platform::Platform {
     double featureLevel() const override { return level; }
 };
 
-/// A fresh platform and fresh singletons for each test. What the test leaves on the main queue is dropped with it.
+/// A fresh platform and fresh singletons for each test. What the test leaves on the main queue is dropped
+/// with it.
 class PlatformTest : public ::testing::Test {
   protected:
     PlatformTest() { platform::installPlatform(system); }
