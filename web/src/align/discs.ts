@@ -23,12 +23,21 @@ const fragmentShader = /* glsl */ `#version 300 es
 /** Draws round magenta spots over a transparent canvas. */
 export class Discs {
   readonly #gl: WebGL2RenderingContext;
-  #locations!: { size: WebGLUniformLocation | null; centre: WebGLUniformLocation | null; radius: WebGLUniformLocation | null };
+  #locations!: {
+    size: WebGLUniformLocation | null;
+    centre: WebGLUniformLocation | null;
+    radius: WebGLUniformLocation | null;
+  };
 
   /** @throws Error when the browser has no WebGL 2 */
   constructor(canvas: HTMLCanvasElement) {
     // Kept after it was shown: whoever reads the canvas later finds the last frame and not an empty one.
-    const gl = canvas.getContext('webgl2', { alpha: true, antialias: false, depth: false, preserveDrawingBuffer: true });
+    const gl = canvas.getContext('webgl2', {
+      alpha: true,
+      antialias: false,
+      depth: false,
+      preserveDrawingBuffer: true,
+    });
     if (!gl) throw new Error('WebGL 2 is needed');
     this.#gl = gl;
     this.prepare();
@@ -38,7 +47,10 @@ export class Discs {
   prepare(): void {
     const gl = this.#gl;
     const program = gl.createProgram()!;
-    for (const [type, source] of [[gl.VERTEX_SHADER, vertexShader], [gl.FRAGMENT_SHADER, fragmentShader]] as const) {
+    for (const [type, source] of [
+      [gl.VERTEX_SHADER, vertexShader],
+      [gl.FRAGMENT_SHADER, fragmentShader],
+    ] as const) {
       const shader = gl.createShader(type)!;
       gl.shaderSource(shader, source);
       gl.compileShader(shader);

@@ -28,8 +28,8 @@ let fault: Fault = {};
 let frame = 0;
 
 /**
- * Draws within the call that brought the news, and only then tells of it: when the message arrives, the drawing is done.
- * An animation frame would draw no sooner than the next time the window is shown, and never while it is not.
+ * Draws within the call that brought the news, and only then tells of it: when the message arrives, the drawing is done,
+ * also in a window that is not shown. Whoever steps from frame to frame waits for it, so frames cannot queue up.
  */
 function redraw(): void {
   const rendered = drawDiscs();
@@ -66,9 +66,21 @@ function settable<T>(name: string, get: () => T, set: (value: T) => void): void 
   Object.defineProperty(window, name, { get, set: setAndRedraw });
 }
 
-settable('alignPoints', () => points as unknown, (value) => (points = checkPoints(value)));
-settable('alignVisible', () => visible, (value) => (visible = value));
-settable('alignFault', () => fault, (value) => (fault = value));
+settable(
+  'alignPoints',
+  () => points as unknown,
+  (value) => (points = checkPoints(value)),
+);
+settable(
+  'alignVisible',
+  () => visible,
+  (value) => (visible = value),
+);
+settable(
+  'alignFault',
+  () => fault,
+  (value) => (fault = value),
+);
 
 client.on('pose', (pose) => {
   poses.unshift(pose);
@@ -84,7 +96,10 @@ canvas.addEventListener('webglcontextrestored', () => {
 });
 addEventListener('resize', fitWindow);
 
-const given = new URLSearchParams(location.search).get('points');
-if (given) points = checkPoints(JSON.parse(given));
+try {
+  points = checkPoints(JSON.parse(new URLSearchParams(location.search).get('points') ?? '[]'));
+} catch (error) {
+  console.error('The points in the address cannot be read:', error);
+}
 fitWindow();
 client.start();

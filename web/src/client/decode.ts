@@ -30,7 +30,10 @@ export function decodeCameraPose(payload: string): CameraPose {
 /** 12 bytes a vector: x y z. */
 export function decodeVectors(payload: string): Vector3[] {
   const values = floats(payload, wholeCount(payload, 12) * 3);
-  return Array.from({ length: values.length / 3 }, (_, i): Vector3 => [values[3 * i]!, values[3 * i + 1]!, values[3 * i + 2]!]);
+  return Array.from(
+    { length: values.length / 3 },
+    (_, i): Vector3 => [values[3 * i]!, values[3 * i + 1]!, values[3 * i + 2]!],
+  );
 }
 
 /** 4 bytes an index, signed. */
@@ -53,7 +56,10 @@ function positionAndOrientation([px, py, pz, x, y, z, w]: number[]): [Vector3, Q
   // The sender does not normalise, and a rotation that is off by its rounding would shear what is drawn with it.
   const length = Math.hypot(x!, y!, z!, w!);
   if (length === 0) throw new PayloadError('a quaternion of length zero');
-  return [[px!, py!, pz!], [x! / length, y! / length, z! / length, w! / length]];
+  return [
+    [px!, py!, pz!],
+    [x! / length, y! / length, z! / length, w! / length],
+  ];
 }
 
 function wholeCount(payload: string, size: number): number {

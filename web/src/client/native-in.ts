@@ -53,7 +53,8 @@ export function nativeIn(world: World) {
 
 function perspective(payload: string): Projection {
   const matrix = decodeMatrix(payload);
-  if (matrix[0] === 0 || matrix[5] === 0 || matrix[11] === 0) throw new PayloadError('no perspective: there is no camera yet');
+  if (matrix[0] === 0 || matrix[5] === 0 || matrix[11] === 0)
+    throw new PayloadError('no perspective: there is no camera yet');
   return new Projection(matrix);
 }
 
@@ -61,7 +62,8 @@ function geometry(vertexPayload: string, indexPayload: string): PlaneGeometry {
   const vertices = decodeVectors(vertexPayload);
   const indices = decodeIndices(indexPayload);
   if (indices.length % 3 !== 0) throw new PayloadError(`${indices.length} indices, not a multiple of 3`);
-  if (!indices.every((index) => index >= 0 && index < vertices.length)) throw new PayloadError('an index without a vertex');
+  if (!indices.every((index) => index >= 0 && index < vertices.length))
+    throw new PayloadError('an index without a vertex');
   return { vertices, indices };
 }
 

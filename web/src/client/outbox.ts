@@ -28,7 +28,8 @@ export class Outbox {
     // Looked up each time: a host may install the handler after the page's first script has run.
     const handler = this.#page.webkit?.messageHandlers?.kestrin;
     if (handler) handler.postMessage(body);
-    else if (!this.#warned) console.warn('Kestrin: there is no native side here (an ordinary browser?): messages go nowhere');
+    else if (!this.#warned)
+      console.warn('Kestrin: there is no native side here (an ordinary browser?): messages go nowhere');
     this.#warned = !handler;
     return handler !== undefined;
   }

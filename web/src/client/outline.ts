@@ -22,12 +22,18 @@ function rectangle(x: number, z: number): Vector3[] {
 function borderOf({ vertices, indices }: PlaneGeometry): Vector3[][] {
   const open = new Set<string>();
   for (let i = 0; i < indices.length; i += 3) {
-    for (const [a, b] of [[0, 1], [1, 2], [2, 0]] as const) {
+    for (const [a, b] of [
+      [0, 1],
+      [1, 2],
+      [2, 0],
+    ] as const) {
       const edge = [indices[i + a]!, indices[i + b]!].sort((m, n) => m - n).join();
       if (!open.delete(edge)) open.add(edge);
     }
   }
-  return chain([...open].map((edge) => edge.split(',').map(Number) as [number, number])).map((loop) => loop.map((i) => vertices[i]!));
+  return chain([...open].map((edge) => edge.split(',').map(Number) as [number, number])).map((loop) =>
+    loop.map((i) => vertices[i]!),
+  );
 }
 
 /** Joins edges into loops. */

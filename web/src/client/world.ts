@@ -56,7 +56,9 @@ export interface ClientEvents {
   sdkEvent: SdkEvent;
 }
 
-type Latest = Partial<Pick<ClientEvents, 'pose' | 'projection' | 'viewport' | 'tracking' | 'light' | 'appDetail' | 'flags'>>;
+type Latest = Partial<
+  Pick<ClientEvents, 'pose' | 'projection' | 'viewport' | 'tracking' | 'light' | 'appDetail' | 'flags'>
+>;
 
 /** What the native side has told so far. Everything is stored before the listeners hear of it. */
 export class World {

@@ -1,4 +1,4 @@
-import { KestrinClient } from '../client/index.js';
+import { KestrinClient, type CameraPose } from '../client/index.js';
 import { Placement } from './placement.js';
 import { Stage } from './stage.js';
 import { Status } from './status.js';
@@ -22,18 +22,30 @@ const stage = new Stage(document.querySelector('canvas')!);
 const status = new Status(document.querySelector('#status')!);
 const counters: Counters = (window.__demo = { poses: 0, rendered: 0 });
 let placement = new Placement();
-let waiting = false;
+let frameAsked = false;
+let drawnPose: CameraPose | undefined;
 
 function draw(): boolean {
   return client.pose !== undefined && client.projection !== undefined && stage.render(client.pose, client.projection);
 }
 
-function drawFrame(): void {
-  if (!waiting || !draw()) return;
-  waiting = false;
-  counters.rendered++;
-  status.countFrame();
-  client.submit();
+/**
+ * Draws the newest pose in the next animation frame. That frame is shown right after it is drawn; one drawn at once,
+ * when the pose comes, is shown no sooner, and on a slow machine the poses would queue up behind the drawing of frames
+ * that nobody sees: seconds late instead of a frame.
+ */
+function askForFrame(): void {
+  if (frameAsked) return;
+  frameAsked = true;
+  requestAnimationFrame(() => {
+    frameAsked = false;
+    const isNew = client.pose !== drawnPose;
+    if (!draw() || !isNew) return;
+    drawnPose = client.pose;
+    counters.rendered++;
+    status.countFrame();
+    client.submit();
+  });
 }
 
 function fitWindow(): void {
@@ -46,10 +58,9 @@ client.on('pose', (pose) => {
   counters.firstPose ??= performance.now();
   const plane = placement.next(client.planes, pose.seconds);
   if (plane) stage.standCubeOn(plane);
-  waiting = true;
-  drawFrame();
+  askForFrame();
 });
-client.on('projection', drawFrame); // the first pose may have come before it
+client.on('projection', askForFrame); // the first pose may have come before it
 client.on('tracking', (state) => (status.tracking = state));
 client.on('planeAdded', (plane) => stage.putPlane(plane));
 client.on('planeUpdated', (plane) => stage.putPlane(plane));

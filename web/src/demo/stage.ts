@@ -1,4 +1,12 @@
-import { DirectionalLight, Group, HemisphereLight, PerspectiveCamera, Scene, WebGLRenderer, type Object3D } from 'three';
+import {
+  DirectionalLight,
+  Group,
+  HemisphereLight,
+  PerspectiveCamera,
+  Scene,
+  WebGLRenderer,
+  type Object3D,
+} from 'three';
 import type { CameraPose, Plane, Projection } from '../client/index.js';
 import { makeCube } from './cube.js';
 import { PlaneView } from './plane-view.js';

@@ -44,7 +44,9 @@ export class Status {
     // A session that follows the world from the first frame on never announces it.
     const state = this.#state ?? (this.#frames > 0 ? 'Normal' : undefined);
     this.#element.className = state === 'Normal' ? 'good' : state ? 'poor' : '';
-    const texts = state ? [words[state], `${this.#frames} frames`, `${this.#rate.toFixed(0)} fps`] : ['Waiting for the camera'];
+    const texts = state
+      ? [words[state], `${this.#frames} frames`, `${this.#rate.toFixed(0)} fps`]
+      : ['Waiting for the camera'];
     this.#element.replaceChildren(...texts.map(span));
   }
 }

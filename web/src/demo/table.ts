@@ -13,7 +13,9 @@ export function findTable(planes: Iterable<Plane>): Plane | undefined {
   const surfaces = [...planes].filter(facesUp);
   const floor = Math.min(...surfaces.map(heightOf));
   return largest(
-    surfaces.filter((plane) => heightOf(plane) >= floor + tableHeight.least && heightOf(plane) <= floor + tableHeight.most),
+    surfaces.filter(
+      (plane) => heightOf(plane) >= floor + tableHeight.least && heightOf(plane) <= floor + tableHeight.most,
+    ),
   );
 }
 
