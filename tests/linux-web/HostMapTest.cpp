@@ -1,0 +1,65 @@
+#include "linux/network/HostMap.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace kestrin::gtk {
+namespace {
+
+TEST(HostMap, ReadsEntries) {
+    const HostMap map = HostMap::parse("server.test=127.0.0.1:8443,Other.Test=[::1]:1,third=localhost:65535");
+    struct Expected {
+        const char *host, *address;
+        int port;
+    };
+    for (const auto& [host, address, port] : {Expected{"server.test", "127.0.0.1", 8443},
+                                              {"SERVER.TEST", "127.0.0.1", 8443},
+                                              {"other.test", "::1", 1},
+                                              {"third", "localhost", 65535}}) {
+        const HostMap::Target* target = map.find(host);
+        ASSERT_TRUE(target) << host;
+        EXPECT_EQ(target->address, address);
+        EXPECT_EQ(target->port, port);
+    }
+    EXPECT_FALSE(map.find("test"));
+    EXPECT_FALSE(map.find(""));
+    EXPECT_FALSE(HostMap::parse("").find("server.test"));
+}
+
+TEST(HostMap, SaysWhatIsWrong) {
+    struct Case {
+        const char *text, *part;
+    };
+    for (const auto& [text, part] : {Case{"server.test", "'server.test': '=' is missing"},
+                                     {"=1.2.3.4:5", "'': the host is a bare name"},
+                                     {"https://a=1.2.3.4:5", "'https://a': the host is a bare name"},
+                                     {"a:443=1.2.3.4:5", "'a:443': the host is a bare name"},
+                                     {"a b=1.2.3.4:5", "'a b': the host is a bare name"},
+                                     {"a=1.2.3.4", "'1.2.3.4': the port is missing"},
+                                     {"a=[::1]", "'[::1]': the port is missing"},
+                                     {"a=", "'': the port is missing"},
+                                     {"a=:5", "'': this is no address"},
+                                     {"a=[]:5", "'[]': this is no address"},
+                                     {"a=[::1:5", "'[::1': this is no address"},
+                                     {"a=1.2.3.4]:5", "'1.2.3.4]': this is no address"},
+                                     {"a=x@y:5", "'x@y': this is no address"},
+                                     {"a=::1:5", "'::1': an IPv6 address stands in brackets"},
+                                     {"a=1.2.3.4:0", "'0': the port is not a number"},
+                                     {"a=1.2.3.4:65536", "'65536': the port is not a number"},
+                                     {"a=1.2.3.4:80x", "'80x': the port is not a number"},
+                                     {"a=1.2.3.4:", "'': the port is not a number"},
+                                     {"a=b:1,,c=d:1", "'': '=' is missing"},
+                                     {"a=b:1,A=c:2", "'A': the host is named twice"}}) {
+        try {
+            HostMap::parse(text);
+            ADD_FAILURE() << text << " was taken";
+        } catch (const std::invalid_argument& error) {
+            EXPECT_NE(std::string(error.what()).find(part), std::string::npos)
+                << text << " gave " << error.what();
+        }
+    }
+}
+
+} // namespace
+} // namespace kestrin::gtk
