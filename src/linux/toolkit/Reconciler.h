@@ -12,10 +12,10 @@ class Reconciled {
     Reconciled& operator=(const Reconciled&) = delete;
 
     /// Gives up what it no longer holds, before anything takes up what others gave up.
-    virtual void giveUp() = 0;
-    virtual void takeUp() = 0;
+    virtual void giveUp() {}
+    virtual void takeUp() {}
     /// Tells the portable side what the toolkit decided; may run anything.
-    virtual void report() = 0;
+    virtual void report() {}
 
   protected:
     virtual ~Reconciled();

@@ -1,0 +1,128 @@
+#include "linux/drawing/DrawingThread.h"
+
+#include "linux/toolkit/RunTask.h"
+#include "linux/toolkit/ThreadName.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kestrin::gtk {
+
+namespace {
+
+constexpr GLuint64 kLongestFrame = 1'000'000'000; // nanoseconds; a GPU that needs longer hangs
+
+} // namespace
+
+DrawingThread::DrawingThread(std::shared_ptr<FrameRing> ring, std::weak_ptr<platform::View> view,
+                             MainWake& published, std::shared_ptr<platform::LogSink> log)
+    : m_ring(std::move(ring)), m_view(std::move(view)), m_published(published), m_log(std::move(log)) {
+    m_thread = std::thread([this] { run(); });
+}
+
+DrawingThread::~DrawingThread() {
+    change([this] { m_ends = true; });
+    m_thread.join();
+}
+
+template <class Change>
+void DrawingThread::change(Change change) {
+    {
+        const std::lock_guard lock(m_mutex);
+        change();
+    }
+    m_changed.notify_one();
+}
+
+void DrawingThread::setDelegate(std::weak_ptr<platform::RenderViewDelegate> delegate) {
+    change([&] { m_delegate = std::move(delegate); });
+}
+
+void DrawingThread::setFramesPerSecond(int rate) {
+    const std::chrono::duration<double> period(1.0 / std::clamp(rate, 1, 1000));
+    change([&] { m_period = std::chrono::duration_cast<Clock::duration>(period); });
+}
+
+void DrawingThread::setSize(const platform::Size& pixels) {
+    change([&] { m_size = pixels; });
+}
+
+void DrawingThread::setShown(bool shown) {
+    change([&] { m_isShown = shown; });
+}
+
+void DrawingThread::run() {
+    nameThread("kestrin drawing");
+    gdk_gl_context_make_current(m_ring->drawingContext());
+    if (gdk_gl_context_get_current() != m_ring->drawingContext()) {
+        complainOnce("its GL context cannot be used");
+        return;
+    }
+    Turn turn;
+    while (waitForTurn(turn)) {
+        if (turn.view && turn.delegate)
+            runTask([&] { draw(turn); }, *m_log);
+        if (m_target)
+            m_ring->drop(*std::exchange(m_target, std::nullopt)); // it was not presented
+        turn = {};
+    }
+    m_store->close();
+    m_ring->deleteFramebuffers();
+    gdk_gl_context_clear_current();
+}
+
+// On a fixed schedule while frames are in time; one that is late is followed by the next at once, so that a
+// delegate that waits longer than a period sets the pace itself.
+bool DrawingThread::waitForTurn(Turn& turn) {
+    std::unique_lock lock(m_mutex);
+    do {
+        m_changed.wait(lock, [this] { return m_ends || isAwake(); });
+    } while (!m_ends && m_changed.wait_until(lock, m_due, [this] { return m_ends || !isAwake(); }));
+    if (m_ends)
+        return false;
+    m_due = std::max(m_due + m_period, Clock::now());
+    turn = {m_view.lock(), m_delegate.lock(), m_size};
+    return true;
+}
+
+void DrawingThread::draw(const Turn& turn) {
+    m_store->sweep();
+    m_target = m_ring->begin(turn.size);
+    if (!m_target)
+        return; // the toolkit is behind; its pictures are still to be shown
+    bindPass();
+    if (glCheckFramebufferStatus(GL_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
+        complainOnce("there is no framebuffer of that size");
+        return;
+    }
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    turn.delegate->drawInView(static_cast<platform::RenderView&>(*turn.view));
+    if (const GLenum error = glGetError())
+        complainOnce("GL error " + std::to_string(error));
+}
+
+void DrawingThread::bindPass() const {
+    glBindFramebuffer(GL_FRAMEBUFFER, m_target->framebuffer);
+    glViewport(0, 0, m_target->width, m_target->height);
+}
+
+void DrawingThread::finish() {
+    const GLsync fence = glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0);
+    const GLenum outcome = glClientWaitSync(fence, GL_SYNC_FLUSH_COMMANDS_BIT, kLongestFrame);
+    glDeleteSync(fence);
+    if (outcome == GL_WAIT_FAILED || outcome == GL_TIMEOUT_EXPIRED)
+        complainOnce("the GPU does not finish a frame");
+}
+
+void DrawingThread::present() {
+    m_ring->publish(*std::exchange(m_target, std::nullopt));
+    m_published.wake();
+}
+
+void DrawingThread::complainOnce(const std::string& text) {
+    if (!std::exchange(m_hasComplained, true))
+        m_log->write("Kestrin - Drawing fails: " + text);
+}
+
+} // namespace kestrin::gtk

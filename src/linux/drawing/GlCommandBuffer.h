@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Gpu.h"
+
+#include <vector>
+
+namespace kestrin::gtk {
+
+class DrawingThread;
+
+/// Work that GL does as it is told; committing it waits for the GPU. Thread: drawing.
+class GlCommandBuffer final : public platform::GpuCommandBuffer {
+  public:
+    void setLabel(const std::string& label) override { m_label = label; }
+    void addCompletion(platform::Task completion) override;
+    /// Null when the view has nothing to draw into.
+    std::unique_ptr<platform::GpuEncoder> makeEncoder(platform::RenderView& view) override;
+    void present(platform::RenderView& view) override;
+    void commit() override;
+
+  private:
+    std::string m_label;
+    std::vector<platform::Task> m_completions;
+    DrawingThread* m_drawn = nullptr;
+    DrawingThread* m_presented = nullptr;
+};
+
+class GlCommandQueue final : public platform::GpuCommandQueue {
+  public:
+    std::unique_ptr<platform::GpuCommandBuffer> makeCommandBuffer() override {
+        return std::make_unique<GlCommandBuffer>();
+    }
+};
+
+} // namespace kestrin::gtk
