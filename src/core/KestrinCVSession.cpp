@@ -1,0 +1,16 @@
+#include "core/KestrinCVSession.h"
+
+#include "core/KestrinView.h"
+#include "tracking/SystemLevel.h"
+
+namespace kestrin {
+
+std::shared_ptr<KestrinView> KestrinCVSession::initKestrinView() { return KestrinView::init(); }
+
+bool KestrinCVSession::isARSupported() { return KestrinView::isSupported(); }
+
+bool KestrinCVSession::isMarkerARSupported() { return systemIsAtLeast(11.3); }
+
+bool KestrinCVSession::isSimulator() { return false; }
+
+} // namespace kestrin
