@@ -18,7 +18,8 @@ declare global {
 }
 
 const client = new KestrinClient();
-const stage = new Stage(document.querySelector('canvas')!);
+const canvas = document.querySelector('canvas')!;
+const stage = new Stage(canvas);
 const status = new Status(document.querySelector('#status')!);
 const counters: Counters = (window.__demo = { poses: 0, rendered: 0 });
 let placement = new Placement();
@@ -70,6 +71,7 @@ client.on('planesCleared', () => {
   placement = new Placement();
 });
 addEventListener('resize', fitWindow);
+canvas.addEventListener('webglcontextrestored', askForFrame);
 
 fitWindow();
 client.start();

@@ -27,7 +27,7 @@ const screen = new MeshBasicMaterial({
   colorWrite: false,
   side: DoubleSide,
   polygonOffset: true,
-  polygonOffsetFactor: 3, // half a line is as many pixels wide
+  polygonOffsetFactor: 8, // enough for half the width of a line, on a surface seen at a low angle
   polygonOffsetUnits: 8,
 });
 

@@ -15,13 +15,12 @@ export class Status {
   readonly #element: HTMLElement;
   #state: TrackingState | undefined;
   #frames = 0;
-  #rate = 0;
-  #countedFrom = { frames: 0, time: performance.now() };
+  #times: number[] = []; // of the frames of the last second
 
   constructor(element: HTMLElement) {
     this.#element = element;
     this.#show();
-    setInterval(() => this.#measure(), 500); // not every frame: text layout costs more than the cube
+    setInterval(() => this.#show(), 500); // not every frame: text layout costs more than the cube
   }
 
   set tracking(state: TrackingState) {
@@ -30,23 +29,25 @@ export class Status {
   }
 
   countFrame(): void {
+    this.#times.push(performance.now());
     if (this.#frames++ === 0) this.#show();
   }
 
-  #measure(): void {
+  /** Frames a second; undefined while none are drawn. */
+  #rate(): number | undefined {
     const now = performance.now();
-    this.#rate = ((this.#frames - this.#countedFrom.frames) * 1000) / (now - this.#countedFrom.time);
-    this.#countedFrom = { frames: this.#frames, time: now };
-    this.#show();
+    this.#times = this.#times.filter((time) => time > now - 1000);
+    const span = this.#times.at(-1)! - this.#times[0]!;
+    return span > 0 ? ((this.#times.length - 1) * 1000) / span : undefined;
   }
 
   #show(): void {
     // A session that follows the world from the first frame on never announces it.
     const state = this.#state ?? (this.#frames > 0 ? 'Normal' : undefined);
     this.#element.className = state === 'Normal' ? 'good' : state ? 'poor' : '';
-    const texts = state
-      ? [words[state], `${this.#frames} frames`, `${this.#rate.toFixed(0)} fps`]
-      : ['Waiting for the camera'];
+    const rate = this.#rate();
+    const texts = state ? [words[state], `${this.#frames} frames`] : ['Waiting for the camera'];
+    if (state && rate) texts.push(`${rate.toFixed(0)} fps`);
     this.#element.replaceChildren(...texts.map(span));
   }
 }
