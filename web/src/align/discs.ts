@@ -69,8 +69,13 @@ export class Discs {
     this.#locations = { size: location('size'), centre: location('centre'), radius: location('radius') };
   }
 
-  /** Replaces what was drawn before. @param radius buffer pixels */
-  draw(centres: readonly BufferPoint[], radius: number): void {
+  /**
+   * Replaces what was drawn before.
+   *
+   * @param radius buffer pixels
+   * @returns false while the drawing context is lost
+   */
+  draw(centres: readonly BufferPoint[], radius: number): boolean {
     const gl = this.#gl;
     const { width, height } = gl.canvas;
     gl.viewport(0, 0, width, height);
@@ -83,5 +88,6 @@ export class Discs {
       gl.drawArrays(gl.TRIANGLE_STRIP, 0, 4);
     }
     gl.flush();
+    return !gl.isContextLost();
   }
 }

@@ -38,7 +38,7 @@ function redraw(): void {
   client.submit();
 }
 
-/** @returns the number of discs; undefined before there is a camera */
+/** @returns the number of discs; undefined when nothing could be drawn, as before there is a camera */
 function drawDiscs(): number | undefined {
   const pose = poses[Math.min(fault.slip ?? 0, poses.length - 1)];
   const { projection } = client;
@@ -48,8 +48,7 @@ function drawDiscs(): number | undefined {
     .map((point) => project(point, pose, projection, canvas))
     .filter((centre): centre is BufferPoint => visible && centre !== undefined)
     .map((centre) => misplace(centre, fault, canvas.width, ratio));
-  discs.draw(centres, discRadius * ratio);
-  return centres.length;
+  return discs.draw(centres, discRadius * ratio) ? centres.length : undefined;
 }
 
 function fitWindow(): void {

@@ -6,7 +6,8 @@ import type { Vector3 } from './pose.js';
  * Follows the exact shape if there is one, else the rectangle of width and height around the pose.
  */
 export function planeOutline(plane: Plane): Vector3[][] {
-  return plane.geometry ? borderOf(plane.geometry) : [rectangle(plane.width / 2, plane.height / 2)];
+  const loops = plane.geometry ? borderOf(plane.geometry) : [];
+  return loops.length > 0 ? loops : [rectangle(plane.width / 2, plane.height / 2)];
 }
 
 function rectangle(x: number, z: number): Vector3[] {

@@ -65,7 +65,7 @@ client.on('projection', askForFrame); // the first pose may have come before it
 client.on('tracking', (state) => (status.tracking = state));
 client.on('planeAdded', (plane) => stage.putPlane(plane));
 client.on('planeUpdated', (plane) => stage.putPlane(plane));
-client.on('planeRemoved', (plane) => stage.removePlane(plane));
+client.on('planeRemoved', (plane) => stage.removePlane(plane.id));
 client.on('planesCleared', () => {
   stage.clear();
   placement = new Placement();

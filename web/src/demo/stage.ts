@@ -45,13 +45,13 @@ export class Stage {
   }
 
   putPlane(plane: Plane): void {
-    this.removePlane(plane);
+    this.removePlane(plane.id);
     const view = new PlaneView(plane);
     this.#planes.set(plane.id, view);
     this.#scene.add(view);
   }
 
-  removePlane({ id }: Plane): void {
+  removePlane(id: string): void {
     const view = this.#planes.get(id);
     if (!view) return;
     this.#planes.delete(id);
@@ -61,7 +61,7 @@ export class Stage {
 
   /** Takes away everything that stood in a world that is gone. */
   clear(): void {
-    for (const id of [...this.#planes.keys()]) this.removePlane({ id } as Plane);
+    for (const id of [...this.#planes.keys()]) this.removePlane(id);
     this.#cube.visible = false;
   }
 
