@@ -1,0 +1,25 @@
+#pragma once
+
+#include "session/SourcedSession.h"
+
+namespace kestrin::session {
+
+/// World tracking whose sessions take their frames from a source. Thread: any.
+class SourcedTracking : public platform::WorldTracking {
+  public:
+    bool isSupported() const override { return true; }
+    std::shared_ptr<platform::ArSession> makeSession() override;
+    /// Steps the session that was made last; see SourcedSession::step.
+    bool step(double timeoutSeconds = 5) const;
+
+  protected:
+    explicit SourcedTracking(SessionOptions options);
+    virtual std::unique_ptr<FrameSource> makeSource() const = 0;
+
+  private:
+    const SessionOptions m_options;
+    mutable std::mutex m_mutex;
+    std::weak_ptr<SourcedSession> m_newest;
+};
+
+} // namespace kestrin::session
