@@ -96,9 +96,11 @@ canvas.addEventListener('webglcontextrestored', () => {
 addEventListener('resize', fitWindow);
 
 try {
-  points = checkPoints(JSON.parse(new URLSearchParams(location.search).get('points') ?? '[]'));
+  const query = new URLSearchParams(location.search);
+  points = checkPoints(JSON.parse(query.get('points') ?? '[]'));
+  fault = JSON.parse(query.get('fault') ?? '{}') as Fault;
 } catch (error) {
-  console.error('The points in the address cannot be read:', error);
+  console.error('The points or the fault in the address cannot be read:', error);
 }
 fitWindow();
 client.start();

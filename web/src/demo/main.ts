@@ -3,7 +3,7 @@ import { Placement } from './placement.js';
 import { Stage } from './stage.js';
 import { Status } from './status.js';
 
-/** What a host may read, to see whether the page is alive. */
+/** What the page tells its host after each frame, so that a host can see it is alive. */
 interface Counters {
   poses: number;
   rendered: number;
@@ -11,17 +11,11 @@ interface Counters {
   firstPose?: number;
 }
 
-declare global {
-  interface Window {
-    __demo: Counters;
-  }
-}
-
 const client = new KestrinClient();
 const canvas = document.querySelector('canvas')!;
 const stage = new Stage(canvas);
 const status = new Status(document.querySelector('#status')!);
-const counters: Counters = (window.__demo = { poses: 0, rendered: 0 });
+const counters: Counters = { poses: 0, rendered: 0 };
 let placement = new Placement();
 let frameAsked = false;
 let drawnPose: CameraPose | undefined;
@@ -46,6 +40,7 @@ function askForFrame(): void {
     counters.rendered++;
     status.countFrame();
     client.submit();
+  client.commands.webUpdate({ ...counters });
   });
 }
 
