@@ -1,0 +1,122 @@
+#include "KestrinViewTest.h"
+#include "core/config/KestrinFeatureFlags.h"
+
+namespace kestrin {
+
+using namespace platform;
+using namespace test;
+
+struct Forwarding : KestrinViewTest {
+    Forwarding() { startUp(); }
+    void expectScript(const std::string& what) { EXPECT_EQ(takeScripts(), Lines{call(what)}); }
+};
+
+TEST_F(Forwarding, SendsPosesAndProjections) {
+    Matrix pose = Matrix::identity();
+    pose[3] = {1, 2, 3, 1};
+    view->onMarkerTracked("markerless", {}, Matrix::identity(), 1500);
+    expectScript("onPose(atob('AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAACAPwAAwD8='));");
+    view->onUpdateProjectionMatrix(pose);
+    expectScript("onProj(atob('AACAPwAAAAAAAAAAAAAAAAAAAAAAAIA/"
+                 "AAAAAAAAAAAAAAAAAAAAAAAAgD8AAAAAAACAPwAAAEAAAEBAAACAPw=='));");
+    view->onLightEstimate(0.5F);
+    expectScript("onLightEstimate(atob('AAAAPw=='));");
+}
+
+TEST_F(Forwarding, SendsPlanesAndTriggers) {
+    const Matrix none = Matrix::identity();
+    const std::string pose = "atob('AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAACAPw==')";
+    for (int i = 0; i < 2; ++i) {
+        const auto trigger = i == 0 ? &KestrinView::onTriggerAdded : &KestrinView::onTriggerUpdated;
+        (*view.*trigger)("5f-a", none, 0.25F, 1.5F);
+        expectScript("onTriggerUpdate('5f-a', " + pose + ", 0.250000, 1.500000);");
+        const auto plane = i == 0 ? &KestrinView::onPlaneAdded : &KestrinView::onPlaneUpdated;
+        (*view.*plane)("it's", none, 2, 1.0F / 3);
+        expectScript("onPlaneUpdate('it's', " + pose + ", 2.000000, 0.333333);");
+    }
+    const auto mesh = std::make_shared<ArPlaneGeometry>(ArPlaneGeometry{{{1, 2, 3}, {4, 5, 6}}, {0, 1, -1}});
+    view->onPlaneGeometryUpdated("P", {mesh, mesh->vertices.data()}, 2, {mesh, mesh->triangleIndices.data()},
+                                 3);
+    expectScript("onPlaneGeometry('P', atob('AACAPwAAAEAAAEBAAACAQAAAoEAAAMBA'), "
+                 "atob('AAAAAAEAAAD/////'));");
+    view->onPlaneRemoved("P");
+    expectScript("onPlaneRemove('P');");
+    view->onPlaneStarted();
+    expectScript("onPlaneStart();");
+    view->onPlaneClear();
+    expectScript("onPlaneClear();");
+    view->onTriggerStarted();
+    expectScript("onTriggerStart();");
+}
+
+TEST_F(Forwarding, KeepsLockedTriggers) {
+    view->onTriggerRemoved("T");
+    expectScript("onTriggerRemove('T');");
+    KestrinFeatureFlags::getInstance()->put("triggerlock");
+    view->onTriggerRemoved("T");
+    EXPECT_TRUE(takeScripts().empty());
+    view->onTriggerClear();
+    expectScript("onTriggerClear();");
+}
+
+TEST_F(Forwarding, HalvesTheViewport) {
+    view->onUpdateViewport({750, 1334});
+    const auto scripts = takeScripts();
+    EXPECT_EQ(scripts[0], call("onViewportUpdate(750.000000,1334.000000);"));
+    // Resizing sets the viewport, which is reported once more and then stays as it is.
+    EXPECT_EQ(std::ranges::count(scripts, scripts[0]), 2);
+    EXPECT_EQ(view->frame().size, (Size{375, 667}));
+}
+
+TEST_F(Forwarding, WordsTheTrackingState) {
+    const std::pair<int, const char*> words[] = {
+        {0, "Normal"},          {1, "Init"},   {2, "Relocalizing"},
+        {3, "ExcessiveMotion"}, {7, "Normal"}, {4, "InsufficientFeatures"},
+        {-1, "Normal"},
+    };
+    for (const auto& [reason, word] : words) {
+        view->onTrackingReasonChange(reason);
+        expectScript(format("onTrackingReasonChange('%@');", word));
+    }
+    view->onTrackingReasonChange(5);
+    expectScript("onTrackingReasonChange('LoadingImageTrackers');");
+    advance(0.4);
+    EXPECT_TRUE(view->getContentView()->isHidden());
+    view->onTrackingReasonChange(1);
+    advance(0.6);
+    EXPECT_FALSE(view->getContentView()->isHidden());
+}
+
+TEST_F(Forwarding, OnlyLogsMarkers) {
+    view->onMarkerFound("m");
+    view->onMarkerLost("m");
+    EXPECT_TRUE(takeScripts().empty());
+    EXPECT_EQ(takeLog(), (Lines{"KestrinView - onMarkerFound - DEPRECATED.",
+                                "KestrinView - onMarkerLost - DEPRECATED."}));
+}
+
+TEST_F(Forwarding, CarriesAFrameFromTheSessionToThePage) {
+    session().send(makeFrame(1));
+    EXPECT_TRUE(takeScripts().empty()) << "the page has not asked for the camera";
+    post("onResumeAREngine");
+    takeScripts();
+    Matrix pose = Matrix::identity();
+    pose[3] = {1, 2, 3, 1};
+    offMain([&] {
+        for (int i = 0; i < 100; ++i)
+            session().send(makeFrame(1000.0 * i, pose));
+    });
+    EXPECT_TRUE(takeScripts().empty());
+    runMain();
+    const auto scripts = takeScripts();
+    ASSERT_EQ(scripts.size(), 100U) << "one script a frame";
+    // Portrait: a quarter turn about z; then the time, 1.0 for the second frame.
+    EXPECT_EQ(scripts[1], call("onPose(atob('AACAPwAAAEAAAEBAAAAAAAAAAADzBDU/8wQ1PwAAgD8='));"));
+    const auto plane = std::make_shared<ArPlaneAnchor>();
+    plane->identifier = "P";
+    plane->extent = {1, 0, 2};
+    session().add({plane});
+    EXPECT_TRUE(takeScripts()[0].starts_with(call("onPlaneUpdate('P', atob('")));
+}
+
+} // namespace kestrin

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "core/KestrinView.h"
+#include "services/util/Base64.h"
+#include "services/util/Format.h"
+#include "services/util/Singleton.h"
+#include "support/FakePlatform.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace kestrin::test {
+
+using Lines = std::vector<std::string>;
+
+/// A host view, its page and its session.
+struct KestrinViewTest : PlatformTest {
+    KestrinViewTest() {
+        resetSingletons();
+        system->files.resources["KestrinCache/Features/feature_flags.json"] = "[]";
+        answerFlags("shop.example", "A1", R"([\"one\"])");
+        KestrinView::isPhotoAccessMinimize = false;
+    }
+
+    static KestrinSettings settingsFor(const std::string& host, const std::string& application) {
+        KestrinSettings settings;
+        settings.setTemplateUrl("https://" + host + "/template/index.html");
+        settings.mCommand = base64Encode(
+            format(R"([{"eventName":"sdkloadapplication","data":{"appID":"%@"}}])", application));
+        return settings;
+    }
+    void answerFlags(const std::string& host, const std::string& application, const std::string& list) {
+        system->server.answer(format("https://%@/api/v2/application/%@"
+                                     "?prune[relationships]=file,scene,page,collection,applicationbuild",
+                                     host, application),
+                              format(R"({"data":{"attributes":{"feature_flags":"%@"}}})", list));
+    }
+
+    void setup() { view->setup(settingsFor("shop.example", "A1")); }
+    /// Set up, started and shown; nothing recorded.
+    void startUp() {
+        setup();
+        view->start();
+        runMain();
+        takeScripts();
+        takeLog();
+    }
+
+    FakeWebViewPeer& page() { return *system->webToolkit.newest; }
+    FakeArSession& session() { return *system->worldTracking.newest(); }
+    Lines takeScripts() { return std::exchange(page().scripts, {}); }
+    /// The page posts an event, which is handled.
+    void post(const std::string& event, const std::string& data = "{}") {
+        page().post("kestrin", base64Encode(format(R"({"eventName":"%@","data":%@})", event, data)));
+        runMain();
+    }
+    void notify(const char* name) { system->app.center.post(name); }
+    std::ptrdiff_t logged(std::string_view line) { return system->logSink.count(line); }
+
+    std::shared_ptr<KestrinView> view = KestrinView::init();
+};
+
+inline std::string call(std::string_view what) { return "window.__KRJ_Native_IN." + std::string(what); }
+
+} // namespace kestrin::test
