@@ -21,6 +21,10 @@ using platform::Task;
 
 // A quarter of a frame at 60 frames a second.
 constexpr std::chrono::milliseconds kBudget(4);
+// Whoever else is busy without end does not stop the queue for longer.
+constexpr std::chrono::milliseconds kLongestPause(20);
+// Just below that of the toolkit's redraw, which is below that of events, layout and of this queue.
+constexpr int kPausePriority = G_PRIORITY_HIGH_IDLE + 21;
 constexpr double kLongestDelay = 1e8; // seconds; what is longer does not fit the clock
 
 Clock::duration bounded(double seconds) {
@@ -36,8 +40,9 @@ struct MainQueue::State {
     std::multimap<Clock::time_point, Task> delayed; // guarded
     std::shared_ptr<platform::LogSink> log;
     GSource* source = nullptr;
-    // The budget is used up: sources of lower priority come first in the next turn. Main only.
-    bool givesWay = false;
+    // The budget is used up, and the rest of the main loop comes first. Main only.
+    Clock::time_point pauseEnds{};
+    unsigned pause = 0;
 
     /// Whether there is something to run; else how long to sleep, in milliseconds, -1 without end.
     bool isReady(int& sleep) {
@@ -64,19 +69,35 @@ struct MainQueue::State {
         return true;
     }
 
-    bool hasMore() {
+    bool isPaused() const { return pause != 0 && Clock::now() < pauseEnds; }
+
+    /// Runs nothing until the main loop has come down to below the redraw's priority.
+    void pauseIfMore() {
         const std::lock_guard lock(mutex);
-        return !ready.empty();
+        if (ready.empty() || pause != 0)
+            return;
+        const auto end = [](gpointer self) -> gboolean {
+            static_cast<State*>(self)->pause = 0;
+            return G_SOURCE_REMOVE;
+        };
+        pauseEnds = Clock::now() + kLongestPause;
+        pause = g_idle_add_full(kPausePriority, end, this, nullptr);
+    }
+
+    void endPause() {
+        if (pause != 0)
+            g_source_remove(std::exchange(pause, 0U));
     }
 
     void run() {
+        endPause();
         const auto end = Clock::now() + kBudget;
         Task task;
         while (Clock::now() < end && take(task)) {
             runTask(task, *log);
             task = nullptr;
         }
-        givesWay = hasMore();
+        pauseIfMore();
     }
 };
 
@@ -85,24 +106,23 @@ namespace {
 struct QueueSource {
     GSource base;
     std::shared_ptr<MainQueue::State> state;
-    bool skipsTurn;
 };
 
 QueueSource& self(GSource* source) { return *reinterpret_cast<QueueSource*>(source); }
 
 gboolean prepare(GSource* source, int* timeout) {
     MainQueue::State& state = *self(source).state;
-    self(source).skipsTurn = std::exchange(state.givesWay, false);
     const bool ready = state.isReady(*timeout);
-    if (!self(source).skipsTurn)
+    if (!ready || !state.isPaused())
         return ready;
-    *timeout = 0;
+    *timeout = int(kLongestPause.count());
     return false;
 }
 
 gboolean check(GSource* source) {
     int unused = 0;
-    return !self(source).skipsTurn && self(source).state->isReady(unused);
+    MainQueue::State& state = *self(source).state;
+    return state.isReady(unused) && !state.isPaused();
 }
 
 gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
@@ -133,6 +153,7 @@ MainQueue::~MainQueue() {
         ready.swap(m_state->ready);
         delayed.swap(m_state->delayed);
     }
+    m_state->endPause();
     g_source_destroy(m_state->source);
     g_source_unref(m_state->source);
 }

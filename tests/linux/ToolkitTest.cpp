@@ -1,0 +1,150 @@
+#include "linux/ToolkitTest.h"
+
+#include "linux/toolkit/Capture.h"
+#include "linux/toolkit/Widget.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace kestrin::test {
+
+namespace {
+
+template <class Part>
+Part& absent(const char* name) {
+    throw std::logic_error(std::string("a toolkit test has no ") + name);
+}
+
+/// Null when there is none.
+GtkWindow* firstWindow() {
+    const auto item = gtk::GRef<GObject>::adopt(
+        static_cast<GObject*>(g_list_model_get_item(gtk_window_get_toplevels(), 0)));
+    return item ? GTK_WINDOW(item.get()) : nullptr;
+}
+
+std::shared_ptr<ToolkitPlatform> makePlatform(int orientation) {
+    if (!gtk_init_check())
+        throw std::runtime_error("this test needs a display");
+    return std::make_shared<ToolkitPlatform>(orientation);
+}
+
+} // namespace
+
+void KeptLog::write(std::string_view line) {
+    const std::lock_guard lock(m_mutex);
+    m_lines.emplace_back(line);
+}
+
+std::vector<std::string> KeptLog::lines() const {
+    const std::lock_guard lock(m_mutex);
+    return m_lines;
+}
+
+ToolkitPlatform::ToolkitPlatform(int orientation)
+    : desktop({orientation, {640, 480}}, queues, kept),
+      toolkit(*kept,
+              [this](GtkWidget* root, const platform::Size& size) { desktop.rootAllocated(root, size); }) {}
+
+platform::ImageCodec& ToolkitPlatform::images() { return absent<platform::ImageCodec>("images"); }
+platform::WebToolkit& ToolkitPlatform::web() { return absent<platform::WebToolkit>("web"); }
+platform::WorldTracking& ToolkitPlatform::tracking() { return absent<platform::WorldTracking>("tracking"); }
+platform::HttpClient& ToolkitPlatform::http() { return absent<platform::HttpClient>("http"); }
+platform::Storage& ToolkitPlatform::storage() { return absent<platform::Storage>("storage"); }
+platform::Permissions& ToolkitPlatform::permissions() { return absent<platform::Permissions>("permissions"); }
+
+bool Pixel::isNear(const Pixel& other, int tolerance) const {
+    return std::abs(red - other.red) <= tolerance && std::abs(green - other.green) <= tolerance &&
+           std::abs(blue - other.blue) <= tolerance;
+}
+
+std::ostream& operator<<(std::ostream& stream, const Pixel& pixel) {
+    return stream << '(' << pixel.red << ", " << pixel.green << ", " << pixel.blue << ')';
+}
+
+testing::AssertionResult near(const char* what, const char*, const Pixel& actual, const Pixel& wanted) {
+    if (actual.isNear(wanted))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << what << " is " << actual << " instead of " << wanted;
+}
+
+ToolkitTest::ToolkitTest(int orientation) : system(makePlatform(orientation)) {
+    platform::installPlatform(system);
+}
+
+ToolkitTest::~ToolkitTest() {
+    while (GtkWindow* left = firstWindow())
+        gtk_window_destroy(left);
+    settle();
+    platform::installPlatform(nullptr);
+}
+
+bool ToolkitTest::runUntil(const std::function<bool()>& done, double seconds) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    const auto goOn = [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; };
+    const guint tick = g_timeout_add(2, goOn, nullptr); // what `done` looks at may change on another thread
+    while (!done() && std::chrono::steady_clock::now() < end)
+        g_main_context_iteration(nullptr, true);
+    g_source_remove(tick);
+    return done();
+}
+
+void ToolkitTest::settle() {
+    bool isIdle = false;
+    const auto note = [](gpointer flag) -> gboolean {
+        *static_cast<bool*>(flag) = true;
+        return G_SOURCE_REMOVE;
+    };
+    // After the reconciliation and the redraw, which come before an idle of low priority.
+    g_timeout_add(
+        40,
+        [](gpointer flag) -> gboolean {
+            *static_cast<bool*>(flag) = true;
+            return G_SOURCE_REMOVE;
+        },
+        &isIdle);
+    runUntil([&] { return isIdle; });
+    isIdle = false;
+    g_idle_add_full(G_PRIORITY_LOW, note, &isIdle, nullptr);
+    runUntil([&] { return isIdle; });
+}
+
+std::shared_ptr<platform::View> ToolkitTest::makeBox(const platform::Rect& frame,
+                                                     const platform::Color& color) {
+    auto view = platform::makeView<platform::View>();
+    view->setFrame(frame);
+    view->setBackground(color);
+    return view;
+}
+
+GtkWindow* ToolkitTest::show(platform::View& root, int width, int height) {
+    window = GTK_WINDOW(gtk_window_new());
+    gtk_window_set_decorated(window, false);
+    gtk_window_set_default_size(window, width, height);
+    gtk_window_set_child(window, gtk::widget(root));
+    gtk_window_present(window);
+    EXPECT_TRUE(runUntil([&] { return gtk_widget_get_width(gtk::widget(root)) == width; }));
+    settle();
+    return window;
+}
+
+platform::Image ToolkitTest::shot() {
+    settle();
+    platform::Image image;
+    gtk::captureWhenPainted(GTK_WIDGET(window), system->queues, [&](const platform::Image& made) {
+        image = made;
+        EXPECT_TRUE(made.isValid());
+    });
+    runUntil([&] { return image.isValid(); });
+    return image;
+}
+
+Pixel ToolkitTest::pixel(int x, int y) {
+    const platform::Image image = shot();
+    if (x >= image.pixelWidth() || y >= image.pixelHeight())
+        return {-1, -1, -1};
+    const auto pixels = image.pixels().subspan(std::size_t(y * image.pixelWidth() + x) * 4);
+    return {pixels[0], pixels[1], pixels[2]};
+}
+
+} // namespace kestrin::test
