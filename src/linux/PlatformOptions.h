@@ -1,12 +1,12 @@
 #pragma once
 
+#include "linux/network/HostMap.h"
 #include "linux/toolkit/StandardErrorLog.h"
 #include "platform/ArSession.h"
 #include "platform/Matrix.h"
 #include "platform/Orientation.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -21,8 +21,8 @@ struct Options {
     /// The main bundle: a folder, or a `resource:///prefix` of a registered GResource, with `info.json`.
     std::string bundle;
     LogLevel logLevel = LogLevel::info;
-    /// Where connections to a host really go: host name -> "address:port".
-    std::map<std::string, std::string> hostMap;
+    /// Where connections to a host really go.
+    HostMap hostMap;
     /// Makes the source of world tracking. It may keep the orientation, which lives as long as the platform.
     std::function<std::shared_ptr<platform::WorldTracking>(const platform::InterfaceOrientation&)>
         worldTracking;
@@ -34,6 +34,8 @@ struct Options {
     platform::Size screenSize{1280, 720};
     /// What the person allowed beforehand: "camera".
     std::set<std::string> granted;
+    /// Offers the web inspector in every page's context menu.
+    bool developerExtras = false;
 };
 
 } // namespace kestrin::gtk

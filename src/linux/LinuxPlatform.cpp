@@ -1,0 +1,92 @@
+#include "linux/LinuxPlatform.h"
+
+#include "linux/NoTracking.h"
+#include "linux/drawing/GlGpu.h"
+#include "linux/network/SoupHttpClient.h"
+#include "linux/storage/BundleStorage.h"
+#include "linux/storage/CameraPermissions.h"
+#include "linux/storage/DeviceInfo.h"
+#include "linux/storage/PixbufCodec.h"
+#include "linux/toolkit/DesktopApplication.h"
+#include "linux/toolkit/MainLoopDispatch.h"
+#include "linux/toolkit/ViewToolkit.h"
+#include "linux/web/WebKitToolkit.h"
+
+#include <utility>
+
+namespace kestrin::gtk {
+
+namespace {
+
+constexpr double kFeatureLevel = 12.0;
+
+WebOptions webOptions(const Options& options) {
+    const auto cache = std::filesystem::path(g_get_user_cache_dir()) /
+                       applicationDirectory(options.applicationId).filename() / "web";
+    return {(applicationDirectory(options.applicationId) / "web").string(), cache.string(), kFeatureLevel,
+            options.developerExtras};
+}
+
+} // namespace
+
+// In the order in which each may need the ones before it, while it is made and while it ends.
+struct LinuxPlatform::Parts {
+    explicit Parts(const Options& options)
+        : log(std::make_shared<StandardErrorLog>(options.logLevel)), dispatch(log),
+          web(log, webOptions(options)),
+          application({options.orientation, options.screenSize}, dispatch, log),
+          views(*log, [this](GtkWidget* root,
+                             const platform::Size& size) { application.rootAllocated(root, size); }),
+          gpu(log), http(dispatch, {.hostMap = options.hostMap}),
+          storage(options.bundle, options.applicationId, *log),
+          permissions(options.trackingUsesCamera, options.granted.contains("camera"), dispatch),
+          device(readDevice(options.applicationId)) {}
+
+    const std::shared_ptr<StandardErrorLog> log;
+    MainLoopDispatch dispatch;
+    WebKitToolkit web;
+    DesktopApplication application;
+    ViewToolkit views;
+    PixbufCodec images;
+    GlGpu gpu;
+    SoupHttpClient http;
+    BundleStorage storage;
+    CameraPermissions permissions;
+    const platform::Device device;
+    std::shared_ptr<platform::WorldTracking> tracking;
+};
+
+std::shared_ptr<LinuxPlatform> LinuxPlatform::make(const Options& options) {
+    if (!gtk_init_check() || !gdk_display_get_default()) {
+        StandardErrorLog(options.logLevel).write("Kestrin - There is no display.");
+        return nullptr;
+    }
+    auto parts = std::make_unique<Parts>(options);
+    if (options.worldTracking)
+        parts->tracking = options.worldTracking(parts->application.interfaceOrientation());
+    if (!parts->tracking)
+        parts->tracking = std::make_shared<NoTracking>();
+    return std::shared_ptr<LinuxPlatform>(new LinuxPlatform(std::move(parts)));
+}
+
+LinuxPlatform::LinuxPlatform(std::unique_ptr<Parts> parts) : m_parts(std::move(parts)) {}
+
+LinuxPlatform::~LinuxPlatform() = default;
+
+platform::Dispatch& LinuxPlatform::dispatch() { return m_parts->dispatch; }
+platform::LogSink& LinuxPlatform::log() { return *m_parts->log; }
+platform::ViewToolkit& LinuxPlatform::views() { return m_parts->views; }
+platform::Application& LinuxPlatform::application() { return m_parts->application; }
+platform::ImageCodec& LinuxPlatform::images() { return m_parts->images; }
+platform::WebToolkit& LinuxPlatform::web() { return m_parts->web; }
+platform::WorldTracking& LinuxPlatform::tracking() { return *m_parts->tracking; }
+platform::Gpu& LinuxPlatform::gpu() { return m_parts->gpu; }
+platform::HttpClient& LinuxPlatform::http() { return m_parts->http; }
+platform::Storage& LinuxPlatform::storage() { return m_parts->storage; }
+platform::Permissions& LinuxPlatform::permissions() { return m_parts->permissions; }
+platform::Device LinuxPlatform::device() const { return m_parts->device; }
+double LinuxPlatform::featureLevel() const { return kFeatureLevel; }
+
+void LinuxPlatform::willTerminate() { m_parts->application.terminate(); }
+
+} // namespace kestrin::gtk
