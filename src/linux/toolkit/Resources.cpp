@@ -4,7 +4,7 @@
 
 #include <gio/gio.h>
 
-extern "C" GResource* kestrin_resources_get_resource(void);
+extern "C" void kestrin_resources_register_resource(void);
 
 namespace kestrin::gtk {
 
@@ -13,7 +13,7 @@ namespace {
 // A static library's own registration would be dropped by the linker.
 void registerResources() {
     static const bool done = [] {
-        g_resources_register(kestrin_resources_get_resource());
+        kestrin_resources_register_resource();
         return true;
     }();
     (void)done;
