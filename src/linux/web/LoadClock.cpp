@@ -1,0 +1,78 @@
+#include "linux/web/LoadClock.h"
+
+#include <utility>
+
+namespace kestrin::gtk {
+
+namespace {
+double now() { return static_cast<double>(g_get_monotonic_time()) / G_USEC_PER_SEC; }
+} // namespace
+
+LoadClock::LoadClock(WebKitWebView* view, std::function<void()> expired) : m_expired(std::move(expired)) {
+    m_signals.emplace_back(view, "load-changed",
+                           G_CALLBACK(+[](WebKitWebView* changed, WebKitLoadEvent event, LoadClock* self) {
+                               self->onChanged(changed, event);
+                           }),
+                           this);
+    m_signals.emplace_back(
+        view, "notify::estimated-load-progress",
+        G_CALLBACK(+[](WebKitWebView*, GParamSpec*, LoadClock* self) { self->noteProgress(); }), this);
+}
+
+void LoadClock::start(double seconds) {
+    m_isArmed = true;
+    m_limit = seconds;
+    pause();
+    noteProgress();
+    wait(seconds);
+}
+
+// A load that is given up, for a newer one or to be repeated, finishes before the next one starts.
+void LoadClock::onChanged(WebKitWebView* view, WebKitLoadEvent event) {
+    noteProgress();
+    if (event == WEBKIT_LOAD_FINISHED)
+        pause();
+    else if (event == WEBKIT_LOAD_STARTED && m_isArmed && !m_source)
+        wait(m_limit);
+    else if (event == WEBKIT_LOAD_COMMITTED && m_isArmed)
+        watchDocument(webkit_web_view_get_main_resource(view));
+}
+
+/// `document` is null when it comes from nowhere, as an empty page does.
+void LoadClock::watchDocument(WebKitWebResource* document) {
+    if (document)
+        m_documentEnd =
+            SignalHandler(document, "finished", G_CALLBACK(+[](WebKitWebResource*, LoadClock* self) {
+                              self->m_isArmed = false;
+                              self->pause();
+                          }),
+                          this);
+}
+
+void LoadClock::noteProgress() { m_lastProgress = now(); }
+
+void LoadClock::pause() {
+    if (m_source)
+        g_source_remove(std::exchange(m_source, 0));
+}
+
+void LoadClock::wait(double seconds) {
+    m_source = g_timeout_add(
+        static_cast<guint>(seconds * 1000) + 1,
+        [](gpointer self) -> gboolean {
+            static_cast<LoadClock*>(self)->check();
+            return G_SOURCE_REMOVE;
+        },
+        this);
+}
+
+void LoadClock::check() {
+    m_source = 0;
+    const double left = m_lastProgress + m_limit - now();
+    if (left > 0)
+        wait(left);
+    else
+        m_expired();
+}
+
+} // namespace kestrin::gtk

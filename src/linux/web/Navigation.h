@@ -1,0 +1,32 @@
+#pragma once
+
+#include "linux/toolkit/SignalHandler.h"
+#include "platform/WebView.h"
+
+#include <webkit/webkit.h>
+
+#include <memory>
+
+namespace kestrin::gtk {
+
+/// Puts a page's navigations to the delegate; without one they are allowed. Nothing makes another window, so
+/// that one which is asked for and allowed does not open. Thread: main.
+class Navigation {
+  public:
+    Navigation(WebKitWebView* view, double featureLevel);
+
+    void setDelegate(std::weak_ptr<platform::NavigationDelegate> delegate) {
+        m_delegate = std::move(delegate);
+    }
+
+  private:
+    bool decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) const;
+    platform::NavigationPolicy ask(WebKitNavigationPolicyDecision* decision, bool inOwnWebView) const;
+    platform::NavigationPolicy ask(WebKitResponsePolicyDecision* decision) const;
+
+    const bool m_offersPreferences;
+    std::weak_ptr<platform::NavigationDelegate> m_delegate;
+    SignalHandler m_decide;
+};
+
+} // namespace kestrin::gtk

@@ -1,0 +1,73 @@
+#include "linux/web/PageRequests.h"
+
+#include <string>
+#include <utility>
+
+namespace kestrin::gtk {
+
+namespace {
+
+constexpr gboolean kHandled = true;
+
+/// The page goes on as if nobody had looked, but may not keep itself from being left.
+gboolean closeDialog(WebKitWebView*, WebKitScriptDialog* dialog, PageRequests*) {
+    if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
+        webkit_script_dialog_confirm_set_confirmed(dialog, true);
+    return kHandled;
+}
+
+/// Camera, place, notifications and the rest: what a page needs of them it gets through Kestrin. The motion
+/// sensors are not asked for.
+gboolean denyPermission(WebKitWebView*, WebKitPermissionRequest* request, PageRequests*) {
+    webkit_permission_request_deny(request);
+    return kHandled;
+}
+
+} // namespace
+
+PageRequests::PageRequests(WebKitWebView* view, std::shared_ptr<platform::LogSink> log,
+                           bool offersContextMenu)
+    : m_log(std::move(log)) {
+    answer(view, "script-dialog", closeDialog);
+    answer(view, "permission-request", denyPermission);
+    answer(
+        view, "print", +[](WebKitWebView*, WebKitPrintOperation*, PageRequests*) { return kHandled; });
+    if (!offersContextMenu)
+        answer(
+            view, "context-menu",
+            +[](WebKitWebView*, WebKitContextMenu*, WebKitHitTestResult*, PageRequests*) {
+                return kHandled;
+            });
+    answer(
+        view, "run-file-chooser", +[](WebKitWebView*, WebKitFileChooserRequest* request, PageRequests* self) {
+            self->keepFileRequest(request);
+            return kHandled;
+        });
+    answer(
+        view, "web-process-terminated",
+        +[](WebKitWebView*, WebKitWebProcessTerminationReason reason, PageRequests* self) {
+            self->reportEnd(reason);
+        });
+}
+
+template <class Callback>
+void PageRequests::answer(WebKitWebView* view, const char* signal, Callback callback) {
+    m_signals.emplace_back(view, signal, G_CALLBACK(callback), this);
+}
+
+void PageRequests::keepFileRequest(WebKitFileChooserRequest* request) {
+    m_pendingFiles.push_back(GRef<WebKitFileChooserRequest>::ref(request));
+    if (const auto delegate = m_delegate.lock())
+        delegate->didRequestFile();
+}
+
+void PageRequests::reportEnd(WebKitWebProcessTerminationReason reason) {
+    const char* why = "it crashed";
+    if (reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT)
+        why = "it needed too much memory";
+    else if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API)
+        why = "the application ended it";
+    m_log->write(std::string("Kestrin - WebKitPeer - The web process has ended: ") + why);
+}
+
+} // namespace kestrin::gtk

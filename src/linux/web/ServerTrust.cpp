@@ -1,0 +1,99 @@
+#include "linux/web/ServerTrust.h"
+
+#include <utility>
+
+namespace kestrin::gtk {
+
+namespace {
+
+/// Empty when there is none.
+std::string hostOf(const char* url) {
+    const GOwned<GUri, g_uri_unref> uri(url ? g_uri_parse(url, G_URI_FLAGS_NONE, nullptr) : nullptr);
+    const char* host = uri ? g_uri_get_host(uri.get()) : nullptr;
+    return host ? host : "";
+}
+
+} // namespace
+
+std::shared_ptr<ServerTrust> ServerTrust::make(WebKitWebView* view, Retry retry) {
+    std::shared_ptr<ServerTrust> trust(new ServerTrust(view, std::move(retry)));
+    trust->watch();
+    return trust;
+}
+
+ServerTrust::ServerTrust(WebKitWebView* view, Retry retry) : m_view(view), m_retry(std::move(retry)) {}
+
+void ServerTrust::watch() {
+    m_signals.emplace_back(
+        m_view, "load-changed",
+        G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, ServerTrust* self) { self->onChanged(event); }),
+        this);
+    m_signals.emplace_back(
+        m_view, "load-failed-with-tls-errors",
+        G_CALLBACK(+[](WebKitWebView*, const char* url, GTlsCertificate* certificate, GTlsCertificateFlags,
+                       ServerTrust* self) -> gboolean { return self->onBadPage(url, certificate); }),
+        this);
+    m_signals.emplace_back(m_view, "resource-load-started",
+                           G_CALLBACK(+[](WebKitWebView*, WebKitWebResource* resource, WebKitURIRequest*,
+                                          ServerTrust* self) { self->watchResource(resource); }),
+                           this);
+}
+
+void ServerTrust::onChanged(WebKitLoadEvent event) {
+    GTlsCertificate* certificate = nullptr;
+    GTlsCertificateFlags errors{};
+    if (event == WEBKIT_LOAD_STARTED && !std::exchange(m_isRetrying, false))
+        m_asked.clear();
+    else if (event == WEBKIT_LOAD_COMMITTED && webkit_web_view_get_tls_info(m_view, &certificate, &errors)) {
+        const std::string host = hostOf(webkit_web_view_get_uri(m_view));
+        if (!m_asked.contains(host))
+            ask(host);
+    } else if (event == WEBKIT_LOAD_FINISHED && !m_retryUrl.empty()) {
+        m_isRetrying = true;
+        m_retry(std::exchange(m_retryUrl, {}));
+    }
+}
+
+bool ServerTrust::onBadPage(const char* url, GTlsCertificate* certificate) {
+    if (!accept(hostOf(url), certificate))
+        return false;
+    m_retryUrl = url;
+    return true;
+}
+
+// A resource may outlive this.
+void ServerTrust::watchResource(WebKitWebResource* resource) {
+    using Weak = std::weak_ptr<ServerTrust>;
+    const auto failed = +[](WebKitWebResource* failing, GTlsCertificate* certificate, GTlsCertificateFlags,
+                            const Weak* weak) {
+        if (const auto self = weak->lock())
+            self->onBadResource(webkit_web_resource_get_uri(failing), certificate);
+    };
+    g_signal_connect_data(
+        resource, "failed-with-tls-errors", G_CALLBACK(failed), new Weak(weak_from_this()),
+        [](gpointer weak, GClosure*) { delete static_cast<Weak*>(weak); }, GConnectFlags(0));
+}
+
+// A page that is still loading begins anew, so that it is whole. One that runs already keeps its state; what
+// it asks of this host from now on succeeds.
+void ServerTrust::onBadResource(const char* url, GTlsCertificate* certificate) {
+    if (accept(hostOf(url), certificate) && webkit_web_view_is_loading(m_view))
+        m_retryUrl = webkit_web_view_get_uri(m_view);
+}
+
+/// Asks once a load and host, so that a server that shows a new certificate every time ends the load.
+bool ServerTrust::accept(const std::string& host, GTlsCertificate* certificate) {
+    if (m_asked.contains(host) || !ask(host))
+        return false;
+    webkit_network_session_allow_tls_certificate_for_host(webkit_web_view_get_network_session(m_view),
+                                                          certificate, host.c_str());
+    return true;
+}
+
+bool ServerTrust::ask(const std::string& host) {
+    m_asked.insert(host);
+    const auto delegate = m_delegate.lock();
+    return delegate && delegate->acceptServerTrust(host);
+}
+
+} // namespace kestrin::gtk

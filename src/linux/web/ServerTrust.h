@@ -1,0 +1,50 @@
+#pragma once
+
+#include "linux/toolkit/SignalHandler.h"
+#include "platform/Network.h"
+
+#include <webkit/webkit.h>
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kestrin::gtk {
+
+/// Puts the certificates of a page's servers to the delegate. WebKit tells of bad ones, when it has given the
+/// request up; of good ones it only tells that the page came over TLS, so of those the delegate hears once a
+/// load. Thread: main.
+class ServerTrust : public std::enable_shared_from_this<ServerTrust> {
+  public:
+    /// `retry` loads the page once more, as a server has been accepted now. The owner keeps `view` alive.
+    using Retry = std::function<void(const std::string& url)>;
+    static std::shared_ptr<ServerTrust> make(WebKitWebView* view, Retry retry);
+
+    void setDelegate(std::weak_ptr<platform::AuthenticationDelegate> delegate) {
+        m_delegate = std::move(delegate);
+    }
+    /// Another page is wanted: the present one is not loaded once more.
+    void giveUp() { m_retryUrl.clear(); }
+
+  private:
+    ServerTrust(WebKitWebView* view, Retry retry);
+    void watch();
+    void onChanged(WebKitLoadEvent event);
+    bool onBadPage(const char* url, GTlsCertificate* certificate);
+    void watchResource(WebKitWebResource* resource);
+    void onBadResource(const char* url, GTlsCertificate* certificate);
+    bool accept(const std::string& host, GTlsCertificate* certificate);
+    bool ask(const std::string& host);
+
+    WebKitWebView* const m_view;
+    const Retry m_retry;
+    std::weak_ptr<platform::AuthenticationDelegate> m_delegate;
+    std::vector<SignalHandler> m_signals;
+    std::set<std::string> m_asked; ///< hosts, during this load
+    std::string m_retryUrl;        ///< to be loaded once more when this load has finished
+    bool m_isRetrying = false;     ///< the load that starts next belongs to this one
+};
+
+} // namespace kestrin::gtk

@@ -1,0 +1,75 @@
+#include "linux/web/WebKitPeer.h"
+
+#include "linux/web/NewWebView.h"
+
+#include <utility>
+
+namespace kestrin::gtk {
+
+namespace {
+
+platform::Color over(const platform::Color& top, const platform::Color& below) {
+    const float rest = below.alpha * (1 - top.alpha), alpha = top.alpha + rest;
+    const auto mix = [&](float a, float b) { return alpha > 0 ? (a * top.alpha + b * rest) / alpha : 0; };
+    return {mix(top.red, below.red), mix(top.green, below.green), mix(top.blue, below.blue), alpha};
+}
+
+} // namespace
+
+WebKitPeer::WebKitPeer(platform::View& view, const platform::WebViewConfiguration& configuration,
+                       const GRef<WebKitNetworkSession>& session, double featureLevel,
+                       const std::shared_ptr<platform::LogSink>& log)
+    : WidgetPeer(&view), m_messages(configuration.scriptMessageHandlers),
+      m_webView(newWebView(configuration, session.get(), m_messages.manager())), m_load(m_webView.get(), log),
+      m_navigation(m_webView.get(), featureLevel),
+      m_requests(m_webView.get(), log, configuration.developerExtras) {
+    box().setHiding(Hiding::transparent);
+    const GdkRGBA clear{0, 0, 0, 0};
+    webkit_web_view_set_background_color(m_webView.get(), &clear);
+    box().setContent(GTK_WIDGET(m_webView.get()));
+    paintBackground();
+}
+
+void WebKitPeer::evaluate(std::string_view script) {
+    // Without a callback the page's process is not asked to send the result back.
+    if (!script.empty())
+        webkit_web_view_evaluate_javascript(m_webView.get(), script.data(),
+                                            static_cast<gssize>(script.size()), nullptr, nullptr, nullptr,
+                                            nullptr, nullptr);
+}
+
+void WebKitPeer::setBackground(const platform::Color& color) {
+    m_background = color;
+    paintBackground();
+}
+
+void WebKitPeer::setOpaque(bool opaque) {
+    m_isOpaque = opaque;
+    paintBackground();
+}
+
+// Bouncing, insets and margins have no counterpart: WebKitGTK does not scroll past the ends of a page, and
+// nothing covers a window's edges.
+void WebKitPeer::setScroll(const platform::ScrollSettings& settings) {
+    m_scroll = settings;
+    paintBackground();
+}
+
+// The page itself is always transparent and the widget below it has the colours: a page that was opaque once
+// does not become transparent again.
+void WebKitPeer::paintBackground() {
+    const bool opaque = m_isOpaque || m_scroll.opaque;
+    const platform::Color base = opaque ? platform::kWhite : platform::kClear;
+    box().setBackground(over(m_scroll.background, over(m_background, base)));
+}
+
+void WebKitPeer::setNavigationDelegate(std::weak_ptr<platform::NavigationDelegate> delegate) {
+    m_load.setDelegate(delegate);
+    m_navigation.setDelegate(std::move(delegate));
+}
+
+void WebKitPeer::setUiDelegate(std::weak_ptr<platform::WebUiDelegate> delegate) {
+    m_requests.setDelegate(std::move(delegate));
+}
+
+} // namespace kestrin::gtk

@@ -1,0 +1,48 @@
+#include "linux/web/WebKitToolkit.h"
+
+#include "linux/web/WebEnvironment.h"
+#include "linux/web/WebKitPeer.h"
+
+#include <utility>
+
+namespace kestrin::gtk {
+
+namespace {
+
+GRef<WebKitNetworkSession> makeSession(const WebOptions& options) {
+    if (options.dataFolder.empty() && options.cacheFolder.empty())
+        return GRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral());
+    return GRef<WebKitNetworkSession>::adopt(
+        webkit_network_session_new(options.dataFolder.c_str(), options.cacheFolder.c_str()));
+}
+
+/// A page has no business in the downloads folder.
+void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
+    webkit_download_cancel(download);
+}
+
+} // namespace
+
+WebKitToolkit::WebKitToolkit(std::shared_ptr<platform::LogSink> log, WebOptions options)
+    : m_log(std::move(log)), m_options(std::move(options)) {
+    chooseRenderer();
+    m_session = makeSession(m_options);
+    m_downloads = SignalHandler(m_session.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
+}
+
+std::unique_ptr<platform::WebViewPeer>
+WebKitToolkit::makeWebPeer(platform::View& view, const platform::WebViewConfiguration& configuration) {
+    if (!std::exchange(m_isSandboxChecked, true))
+        if (const auto problem = sandboxProblem())
+            m_log->write("Kestrin - WebKitToolkit - The web process cannot start: " + *problem);
+    platform::WebViewConfiguration extended = configuration;
+    extended.developerExtras |= m_options.developerExtras;
+    return std::make_unique<WebKitPeer>(view, extended, m_session, m_options.featureLevel, m_log);
+}
+
+void WebKitToolkit::clearCache() {
+    webkit_website_data_manager_clear(webkit_network_session_get_website_data_manager(m_session.get()),
+                                      kCaches, 0, nullptr, nullptr, nullptr);
+}
+
+} // namespace kestrin::gtk

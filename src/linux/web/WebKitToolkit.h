@@ -1,0 +1,43 @@
+#pragma once
+
+#include "linux/toolkit/SignalHandler.h"
+#include "platform/Log.h"
+#include "platform/WebView.h"
+
+#include <webkit/webkit.h>
+
+#include <memory>
+#include <string>
+
+namespace kestrin::gtk {
+
+struct WebOptions {
+    /// Where pages' stored data and cached responses are kept; when both are empty nothing is kept.
+    std::string dataFolder, cacheFolder;
+    double featureLevel = 12;
+    /// Offers the inspector in every page's context menu.
+    bool developerExtras = false;
+};
+
+/// Web views of WebKitGTK. They share one network session that is Kestrin's own: what is cleared or accepted
+/// there touches no other web view of the host. Thread: main.
+class WebKitToolkit final : public platform::WebToolkit {
+  public:
+    /// To be made before the process has other threads: it may set an environment variable.
+    explicit WebKitToolkit(std::shared_ptr<platform::LogSink> log, WebOptions options = {});
+
+    std::unique_ptr<platform::WebViewPeer>
+    makeWebPeer(platform::View& view, const platform::WebViewConfiguration& configuration) override;
+    /// Windows have no notch.
+    platform::Insets safeAreaInsets() const override { return {}; }
+    void clearCache() override;
+
+  private:
+    const std::shared_ptr<platform::LogSink> m_log;
+    const WebOptions m_options;
+    GRef<WebKitNetworkSession> m_session;
+    SignalHandler m_downloads;
+    bool m_isSandboxChecked = false;
+};
+
+} // namespace kestrin::gtk

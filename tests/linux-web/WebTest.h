@@ -1,0 +1,109 @@
+#pragma once
+
+#include "FaultyServer.h"
+#include "MainLoop.h"
+#include "linux/toolkit/MainLoopDispatch.h"
+#include "linux/toolkit/ViewToolkit.h"
+#include "linux/web/WebKitToolkit.h"
+#include "platform/WebView.h"
+#include "support/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kestrin::test {
+
+/// Real main loop, widgets and web views; the rest is the fake's.
+class WebPlatform : public FakePlatform {
+  public:
+    explicit WebPlatform(gtk::WebOptions options) : webKit(kept, std::move(options)) {}
+
+    platform::Dispatch& dispatch() override { return mainLoop; }
+    platform::LogSink& log() override { return *kept; }
+    platform::ViewToolkit& views() override { return widgets; }
+    platform::WebToolkit& web() override { return webKit; }
+
+    const std::shared_ptr<FakeLog> kept = std::make_shared<FakeLog>();
+    gtk::MainLoopDispatch mainLoop{kept};
+    gtk::ViewToolkit widgets{*kept, nullptr};
+    gtk::WebKitToolkit webKit;
+};
+
+/// Everything that a page asks or says, in order, one line each; a test can answer otherwise.
+class Page : public platform::ScriptMessageHandler,
+             public platform::NavigationDelegate,
+             public platform::WebUiDelegate {
+  public:
+    void didReceiveScriptMessage(const std::string& handler, std::string_view body) override {
+        events.push_back(handler + ":" + std::string(body));
+        if (onEvent)
+            onEvent();
+    }
+    platform::NavigationPolicy decideNavigationAction(const platform::NavigationAction& action) override {
+        return note(std::string(action.inOwnWebView ? "own " : "new ") + action.url);
+    }
+    platform::NavigationPolicy decideNavigationAction(const platform::NavigationAction& action,
+                                                      platform::ContentMode& mode) override {
+        mode = platform::ContentMode::mobile;
+        return note("preferences " + action.url);
+    }
+    platform::NavigationPolicy decideNavigationResponse(const std::string& url) override {
+        return note("response " + url);
+    }
+    bool acceptServerTrust(const std::string& host) override {
+        note("trust " + host);
+        return acceptsServers;
+    }
+    void didRequestFile() override { note("file"); }
+
+    bool has(const std::string& event) const { return std::ranges::count(events, event) > 0; }
+
+    std::vector<std::string> events;
+    bool acceptsServers = true;
+    std::string cancelled; ///< the event that is answered by cancelling
+    std::function<void()> onEvent;
+
+  private:
+    platform::NavigationPolicy note(const std::string& event) {
+        events.push_back(event);
+        const auto policy =
+            event == cancelled ? platform::NavigationPolicy::cancel : platform::NavigationPolicy::allow;
+        if (onEvent)
+            onEvent();
+        return policy;
+    }
+};
+
+/// Web views in a window, and a server for their pages.
+class WebTest : public testing::Test {
+  protected:
+    explicit WebTest(gtk::WebOptions options = {});
+    ~WebTest() override;
+
+    platform::WebViewConfiguration configuration() const;
+    /// A web view of 200 x 100 points that fills the window, above a blue background.
+    void show(const platform::WebViewConfiguration& configuration);
+    void show() { show(configuration()); }
+    void destroyView();
+
+    /// A body that posts "ready" at its end.
+    static std::string pageWith(const std::string& body);
+    void load(const std::string& url, double timeout = 10, bool ignoresLocalCache = true);
+    /// Loads a page with this body and waits for its "ready".
+    void loadBody(const std::string& body = "");
+    /// Evaluates and waits for what the script posts.
+    std::string result(const std::string& expression);
+    bool waitFor(const std::string& event, double seconds = 10);
+
+    FaultyServer server;
+    std::shared_ptr<WebPlatform> system;
+    std::shared_ptr<Page> page = std::make_shared<Page>();
+    std::shared_ptr<platform::View> root;
+    std::shared_ptr<platform::WebView> view;
+    GtkWindow* window = nullptr;
+};
+
+} // namespace kestrin::test
