@@ -72,10 +72,10 @@ std::optional<platform::ArConfiguration> SessionLoop::configuration() const {
 }
 
 bool SessionLoop::step(double timeout) {
+    if (isSessionThread())
+        return false;
     const std::lock_guard one(m_oneStep);
     Lock lock(m_mutex);
-    if (std::this_thread::get_id() == m_thread)
-        return false;
     const std::uint64_t before = m_steps;
     m_stepAsked = true;
     m_hasEnded = false;
@@ -84,6 +84,11 @@ bool SessionLoop::step(double timeout) {
                        [&] { return m_steps != before || m_hasEnded || m_isStopping; });
     m_stepAsked = false;
     return m_steps != before;
+}
+
+bool SessionLoop::isSessionThread() const {
+    const std::lock_guard lock(m_mutex);
+    return std::this_thread::get_id() == m_thread;
 }
 
 void SessionLoop::work() {
@@ -162,6 +167,7 @@ void SessionLoop::beginRun(Lock& lock) {
     const platform::ArConfiguration configuration = *m_configuration;
     lock.unlock();
     m_source->begin(configuration, options);
+    m_estimatesLight = configuration.lightEstimationEnabled;
     m_start = Clock::now() - seconds(m_source->nextTime().value_or(0));
     lock.lock();
 }
@@ -205,7 +211,8 @@ std::shared_ptr<const ArFrame> SessionLoop::makeFrame(const SourcedFrame& source
     frame->timestamp = sourced.time;
     frame->capturedImage = job.picture;
     frame->camera = std::make_shared<PinholeCamera>(model, sourced.sensorPose, orientation, sourced.reason);
-    frame->ambientIntensity = sourced.ambientIntensity;
+    if (m_estimatesLight)
+        frame->ambientIntensity = sourced.ambientIntensity;
     frame->anchors = m_anchors.current();
     return frame;
 }

@@ -69,6 +69,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
     std::shared_ptr<platform::ArSessionDelegate> delegateOf(Generation generation) const;
     std::shared_ptr<const platform::ArFrame> frameForRun(unsigned options) const;
     void wake();
+    bool isSessionThread() const;
     int orientation() const;
 
     const SessionOptions m_options;
@@ -95,6 +96,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
     std::unique_ptr<FrameSource> m_source;
     std::optional<BufferPool> m_pool;
     AnchorLedger m_anchors;
+    bool m_estimatesLight = false;
     Clock::time_point m_start; ///< when the source's time 0 was, or would have been
 };
 

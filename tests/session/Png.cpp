@@ -9,9 +9,7 @@ namespace kestrin::session::test {
 
 namespace {
 
-std::uint8_t toByte(double value) {
-    return std::uint8_t(std::clamp(value, 0.0, 255.0) + 0.5);
-}
+std::uint8_t toByte(double value) { return std::uint8_t(std::clamp(value, 0.0, 255.0) + 0.5); }
 
 } // namespace
 
@@ -25,8 +23,8 @@ bool writePng(const platform::PixelBuffer& picture, const std::string& file) {
             rgb.insert(rgb.end(), {toByte(Y + 1.402 * cr), toByte(Y - 0.344136 * cb - 0.714136 * cr),
                                    toByte(Y + 1.772 * cb)});
         }
-    GdkPixbuf* pixbuf = gdk_pixbuf_new_from_data(rgb.data(), GDK_COLORSPACE_RGB, FALSE, 8, luma.width, luma.height,
-                                                 3 * luma.width, nullptr, nullptr);
+    GdkPixbuf* pixbuf = gdk_pixbuf_new_from_data(rgb.data(), GDK_COLORSPACE_RGB, FALSE, 8, luma.width,
+                                                 luma.height, 3 * luma.width, nullptr, nullptr);
     const bool written = gdk_pixbuf_save(pixbuf, file.c_str(), "png", nullptr, nullptr);
     g_object_unref(pixbuf);
     return written;
