@@ -188,6 +188,7 @@ TEST_F(KestrinWebViewTest, AnInterruptedHideLeavesTheViewUnhidden) {
     advance(1);
     EXPECT_FALSE(view().isHidden());
     EXPECT_EQ(view().opacity(), reached);
+    hideWholly();
 }
 
 TEST_F(KestrinWebViewTest, ShowsAndHidesFromTheSessionThread) {
