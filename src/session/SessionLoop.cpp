@@ -218,11 +218,17 @@ std::shared_ptr<const ArFrame> SessionLoop::makeFrame(const SourcedFrame& source
 }
 
 /// False when the run to which the frame belongs is over.
+std::uint64_t SessionLoop::frames() const {
+    const std::lock_guard lock(m_mutex);
+    return m_frames;
+}
+
 bool SessionLoop::publish(std::shared_ptr<const ArFrame> frame, Generation generation) {
     const std::lock_guard lock(m_mutex);
     if (generation != m_generation)
         return false;
     m_frame.swap(frame);
+    ++m_frames;
     return true;
 }
 

@@ -45,6 +45,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
     std::shared_ptr<const platform::ArFrame> currentFrame() const;
     std::optional<platform::ArConfiguration> configuration() const;
     bool step(double timeout);
+    std::uint64_t frames() const;
 
     /// The body of the thread: until stop.
     void work();
@@ -90,6 +91,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
     std::vector<std::string> m_forgotten;
     std::weak_ptr<platform::ArSessionDelegate> m_delegate;
     std::shared_ptr<const platform::ArFrame> m_frame;
+    std::uint64_t m_frames = 0;
     std::thread::id m_thread;
 
     // Thread: session.

@@ -38,4 +38,6 @@ void SourcedSession::removeAnchor(const std::string& identifier) { m_loop->forge
 
 bool SourcedSession::step(double timeoutSeconds) { return m_loop->step(timeoutSeconds); }
 
+std::uint64_t SourcedSession::frames() const { return m_loop->frames(); }
+
 } // namespace kestrin::session

@@ -25,6 +25,8 @@ class SourcedSession final : public platform::ArSession {
     /// when none came in time (the session is paused, or all buffers are held), at the end, and on the
     /// session thread.
     bool step(double timeoutSeconds = 5);
+    /// How many frames the delegate was told of, or would have been.
+    std::uint64_t frames() const;
 
   private:
     const std::shared_ptr<SessionLoop> m_loop;

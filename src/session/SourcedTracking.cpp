@@ -13,13 +13,19 @@ std::shared_ptr<platform::ArSession> SourcedTracking::makeSession() {
     return session;
 }
 
+std::shared_ptr<SourcedSession> SourcedTracking::newest() const {
+    const std::lock_guard lock(m_mutex);
+    return m_newest.lock();
+}
+
 bool SourcedTracking::step(double timeoutSeconds) const {
-    std::shared_ptr<SourcedSession> session;
-    {
-        const std::lock_guard lock(m_mutex);
-        session = m_newest.lock();
-    }
+    const auto session = newest();
     return session && session->step(timeoutSeconds);
+}
+
+std::uint64_t SourcedTracking::frames() const {
+    const auto session = newest();
+    return session ? session->frames() : 0;
 }
 
 } // namespace kestrin::session

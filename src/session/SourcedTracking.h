@@ -11,12 +11,16 @@ class SourcedTracking : public platform::WorldTracking {
     std::shared_ptr<platform::ArSession> makeSession() override;
     /// Steps the session that was made last; see SourcedSession::step.
     bool step(double timeoutSeconds = 5) const;
+    /// Frames of the session that was made last.
+    std::uint64_t frames() const;
 
   protected:
     explicit SourcedTracking(SessionOptions options);
     virtual std::unique_ptr<FrameSource> makeSource() const = 0;
 
   private:
+    std::shared_ptr<SourcedSession> newest() const;
+
     const SessionOptions m_options;
     mutable std::mutex m_mutex;
     std::weak_ptr<SourcedSession> m_newest;

@@ -1,0 +1,181 @@
+#include "Arguments.h"
+
+#include <glib.h>
+
+#include <array>
+#include <charconv>
+#include <memory>
+#include <string_view>
+
+namespace kestrin::view {
+
+namespace {
+
+constexpr std::string_view kSimulate = "simulate";
+constexpr int kFramesBeforeScreenshot = 90;
+
+/// The options as GLib hands them over.
+struct Raw {
+    char* page = nullptr;
+    char* session = nullptr;
+    char* size = nullptr;
+    char* orientation = nullptr;
+    char* mounting = nullptr;
+    char* frames = nullptr;
+    char* screenshot = nullptr;
+    char* logLevel = nullptr;
+    char** hostMap = nullptr;
+    gboolean version = FALSE;
+
+    ~Raw() {
+        for (char* text : {page, session, size, orientation, mounting, frames, screenshot, logLevel})
+            g_free(text);
+        g_strfreev(hostMap);
+    }
+};
+
+Ending failure(const std::string& text) { return {2, "kestrin-view: " + text}; }
+
+std::optional<int> positive(std::string_view text, int most) {
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool whole = error == std::errc() && end == text.data() + text.size();
+    return whole && value > 0 && value <= most ? std::optional(value) : std::nullopt;
+}
+
+/// Takes one option into the arguments; says what is wrong with it, or nothing.
+using Reader = std::string (*)(std::string_view text, Arguments& arguments);
+
+std::string readPage(std::string_view text, Arguments& arguments) {
+    arguments.page = text;
+    const auto index =
+        std::filesystem::is_directory(arguments.page) ? arguments.page / "index.html" : arguments.page;
+    return std::filesystem::is_regular_file(index) ? "" : "--page: no such file: " + index.string();
+}
+
+std::string readSession(std::string_view text, Arguments& arguments) {
+    if (text == kSimulate)
+        return "";
+    if (!text.starts_with(kSimulate) || text.size() < kSimulate.size() + 2 || text[kSimulate.size()] != ':')
+        return "--session: expected simulate or simulate:ROOM.json, not '" + std::string(text) + "'";
+    arguments.room = text.substr(kSimulate.size() + 1);
+    return std::filesystem::is_regular_file(*arguments.room)
+               ? ""
+               : "--session: no such file: " + arguments.room->string();
+}
+
+std::string readSize(std::string_view text, Arguments& arguments) {
+    const auto cross = text.find('x');
+    const auto width = positive(text.substr(0, cross), 16384);
+    const auto height = cross == text.npos ? std::nullopt : positive(text.substr(cross + 1), 16384);
+    if (!width || !height)
+        return "--size: expected WIDTHxHEIGHT, such as 960x600, not '" + std::string(text) + "'";
+    arguments.width = *width;
+    arguments.height = *height;
+    return "";
+}
+
+std::string readOrientation(std::string_view text, Arguments& arguments) {
+    constexpr std::array<std::string_view, 4> kNames{"portrait", "portrait-down", "landscape-right",
+                                                     "landscape-left"};
+    for (std::size_t i = 0; i < kNames.size(); ++i)
+        if (text == kNames[i])
+            arguments.orientation = int(i) + 1;
+    if (arguments.orientation == 0)
+        return "--orientation: expected portrait, portrait-down, landscape-right or landscape-left, not '" +
+               std::string(text) + "'";
+    return "";
+}
+
+std::string readMounting(std::string_view text, Arguments& arguments) {
+    if (text != "turned" && text != "upright")
+        return "--mounting: expected turned or upright, not '" + std::string(text) + "'";
+    arguments.turnsWithDevice = text == "turned";
+    return "";
+}
+
+std::string readFrames(std::string_view text, Arguments& arguments) {
+    arguments.frames = positive(text, 100'000'000);
+    return arguments.frames ? "" : "--frames: expected a number above 0, not '" + std::string(text) + "'";
+}
+
+std::string readScreenshot(std::string_view text, Arguments& arguments) {
+    arguments.screenshot = text;
+    const auto folder = std::filesystem::absolute(*arguments.screenshot).parent_path();
+    if (arguments.screenshot->extension() != ".png")
+        return "--screenshot: expected a file named *.png, not '" + std::string(text) + "'";
+    return std::filesystem::is_directory(folder) ? "" : "--screenshot: no such folder: " + folder.string();
+}
+
+std::string readLogLevel(std::string_view text, Arguments& arguments) {
+    if (text != "off" && text != "info")
+        return "--log-level: expected off or info, not '" + std::string(text) + "'";
+    arguments.logs = text == "info";
+    return "";
+}
+
+std::variant<Arguments, Ending> checked(const Raw& raw) {
+    const std::array<std::pair<const char*, Reader>, 8> readers{{{raw.page, readPage},
+                                                                 {raw.session, readSession},
+                                                                 {raw.size, readSize},
+                                                                 {raw.orientation, readOrientation},
+                                                                 {raw.mounting, readMounting},
+                                                                 {raw.frames, readFrames},
+                                                                 {raw.screenshot, readScreenshot},
+                                                                 {raw.logLevel, readLogLevel}}};
+    Arguments arguments;
+    for (const auto& [text, read] : readers) {
+        const std::string wrong = text ? read(text, arguments) : "";
+        if (!wrong.empty())
+            return failure(wrong);
+    }
+    for (char** entry = raw.hostMap; entry && *entry; ++entry)
+        arguments.hostMap.emplace_back(*entry);
+    if (arguments.screenshot && !arguments.frames)
+        arguments.frames = kFramesBeforeScreenshot;
+    if (!raw.page)
+        return failure("which page? Name it with --page FILE|FOLDER (see --help)");
+    return arguments;
+}
+
+} // namespace
+
+std::variant<Arguments, Ending> parseArguments(int argc, char** argv) {
+    Raw raw;
+    const GOptionEntry entries[] = {
+        {"page", 'p', 0, G_OPTION_ARG_FILENAME, &raw.page, "The page to show, or a folder with index.html",
+         "FILE|FOLDER"},
+        {"session", 's', 0, G_OPTION_ARG_FILENAME, &raw.session,
+         "Where tracking comes from (default: simulate, the built-in room)", "simulate[:ROOM.json]"},
+        {"size", 0, 0, G_OPTION_ARG_STRING, &raw.size, "Size of the view (default: 960x600)", "WxH"},
+        {"orientation", 0, 0, G_OPTION_ARG_STRING, &raw.orientation,
+         "portrait, portrait-down, landscape-right or landscape-left (default: from the view's shape)",
+         "NAME"},
+        {"mounting", 0, 0, G_OPTION_ARG_STRING, &raw.mounting,
+         "The camera: turned with the device, or fixed upright (default: upright)", "turned|upright"},
+        {"frames", 'n', 0, G_OPTION_ARG_STRING, &raw.frames, "End after N frames and print a summary", "N"},
+        {"screenshot", 0, 0, G_OPTION_ARG_FILENAME, &raw.screenshot,
+         "At the end write the window as it is seen: camera, page, overlays (after 90 frames without "
+         "--frames)",
+         "FILE.png"},
+        {"log-level", 0, 0, G_OPTION_ARG_STRING, &raw.logLevel, "off or info (default: info)", "LEVEL"},
+        {"host-map", 0, 0, G_OPTION_ARG_STRING_ARRAY, &raw.hostMap,
+         "Reach HOST at another address; may be repeated", "HOST=ADDRESS:PORT"},
+        {"version", 0, 0, G_OPTION_ARG_NONE, &raw.version, "Print the version", nullptr},
+        {}};
+    const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(
+        g_option_context_new("- a web page in augmented reality"), g_option_context_free);
+    g_option_context_add_main_entries(context.get(), entries, nullptr);
+    g_option_context_set_description(context.get(), "Keys: F11 full screen, Ctrl+Q quit.\n"
+                                                    "Example: kestrin-view --page web/dist/demo\n");
+    g_autoptr(GError) error = nullptr;
+    if (!g_option_context_parse(context.get(), &argc, &argv, &error))
+        return failure(error->message);
+    if (raw.version)
+        return Ending{0, "kestrin-view " KESTRIN_VERSION};
+    if (argc > 1)
+        return failure(std::string("unexpected argument '") + argv[1] + "'");
+    return checked(raw);
+}
+
+} // namespace kestrin::view

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kestrin::view {
+
+/// What the command line asks for.
+struct Arguments {
+    std::filesystem::path page;                ///< a page, or a folder with index.html
+    std::optional<std::filesystem::path> room; ///< of the simulated session; the built-in room when absent
+    int width = 960, height = 600;             ///< of the view, points
+    int orientation = 0;                       ///< 1..4, or 0: from the shape of the view
+    bool turnsWithDevice = false;              ///< the camera's mounting
+    std::optional<int> frames;                 ///< ends after so many frames of the session
+    std::optional<std::filesystem::path> screenshot;
+    bool logs = true;
+    std::vector<std::string> hostMap; ///< HOST=ADDRESS:PORT each
+};
+
+/// What the program does instead of showing a view: it prints `text` and ends with `status`.
+struct Ending {
+    int status = 0;
+    std::string text;
+};
+
+/// Reads and checks the command line. `--help` prints and ends the process.
+std::variant<Arguments, Ending> parseArguments(int argc, char** argv);
+
+} // namespace kestrin::view

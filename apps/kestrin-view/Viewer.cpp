@@ -1,0 +1,226 @@
+#include "Viewer.h"
+
+#include "Tally.h"
+
+#include "bridge/KestrinWebEvent.h"
+#include "content/ContentServer.h"
+#include "core/KestrinCVSession.h"
+#include "core/KestrinView.h"
+#include "linux/LinuxPlatform.h"
+#include "linux/network/HostMap.h"
+#include "linux/toolkit/Capture.h"
+#include "linux/toolkit/GRef.h"
+#include "linux/toolkit/Widget.h"
+#include "session/RoomFile.h"
+#include "session/SimulatedTracking.h"
+
+#include <gtk/gtk.h>
+
+#include <stdexcept>
+
+namespace kestrin::view {
+
+namespace {
+
+constexpr double kPollSeconds = 0.05;
+/// A run that is to end after some frames gives up when no pose reaches the page for so long.
+constexpr double kPatienceSeconds = 30;
+
+session::SimulatedOptions simulation(const Arguments& arguments) {
+    session::SimulatedOptions options;
+    options.mounting = arguments.turnsWithDevice ? session::Mounting::turned : session::Mounting::upright;
+    if (!arguments.room)
+        return options;
+    auto room = session::loadRoom(*arguments.room);
+    if (const auto* wrong = std::get_if<std::string>(&room))
+        throw std::runtime_error(*wrong);
+    options.room = std::get<std::shared_ptr<const session::Room>>(room);
+    return options;
+}
+
+content::Application applicationOf(const Arguments& arguments) {
+    content::Application application;
+    application.title = arguments.page.filename().string();
+    application.page = arguments.page;
+    return application;
+}
+
+/// The window, the view in it, and what ends the run.
+class Viewer {
+  public:
+    explicit Viewer(const Arguments& arguments)
+        : m_arguments(arguments), m_server(applicationOf(arguments)) {}
+    ~Viewer();
+
+    Ending run();
+
+  private:
+    void startServer();
+    void installPlatform();
+    void makeWindow();
+    void addKeys();
+    void startView();
+    void watch();
+    void finish();
+    void end(Ending ending);
+
+    const Arguments& m_arguments;
+    content::ContentServer m_server;
+    std::shared_ptr<gtk::LinuxPlatform> m_platform;
+    std::shared_ptr<session::SimulatedTracking> m_tracking;
+    std::shared_ptr<KestrinView> m_view;
+    gtk::GRef<GtkWindow> m_window;
+    const std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> m_loop{g_main_loop_new(nullptr, FALSE),
+                                                                          g_main_loop_unref};
+    std::unique_ptr<platform::RepeatingTimer> m_watch;
+    Tally m_tally;
+    std::int64_t m_posesSeen = 0;
+    double m_lastPose = 0; ///< when the page last said that it received one
+    Ending m_ending;
+};
+
+Viewer::~Viewer() {
+    m_watch.reset();
+    if (m_view)
+        m_view->destroy();
+    if (m_window)
+        gtk_window_destroy(m_window.get());
+    m_view.reset();
+    platform::installPlatform(nullptr);
+}
+
+Ending Viewer::run() {
+    startServer();
+    installPlatform();
+    makeWindow();
+    startView();
+    watch();
+    g_main_loop_run(m_loop.get());
+    return m_ending;
+}
+
+void Viewer::startServer() {
+    if (const auto wrong = m_server.start())
+        throw std::runtime_error(*wrong);
+}
+
+void Viewer::installPlatform() {
+    gtk::Options options;
+    options.applicationId = "org.kestrin.View";
+    options.logLevel = m_arguments.logs ? gtk::LogLevel::info : gtk::LogLevel::off;
+    options.orientation = m_arguments.orientation;
+    std::string hosts = m_server.hostMapEntry(content::Form::Direct);
+    for (const std::string& entry : m_arguments.hostMap)
+        hosts += ',' + entry;
+    options.hostMap = gtk::HostMap::parse(hosts);
+    auto simulated = simulation(m_arguments);
+    options.worldTracking = [this, &simulated](const platform::InterfaceOrientation& orientation) {
+        simulated.session.orientation = &orientation;
+        simulated.session.log = [](std::string_view line) { platform::platform().log().write(line); };
+        return m_tracking = std::make_shared<session::SimulatedTracking>(simulated);
+    };
+    m_platform = gtk::LinuxPlatform::make(options);
+    if (!m_platform)
+        throw std::runtime_error(
+            "there is no display; run it under xvfb-run, or set DISPLAY or WAYLAND_DISPLAY");
+    platform::installPlatform(m_platform);
+}
+
+void Viewer::makeWindow() {
+    m_window = gtk::GRef<GtkWindow>::refSink(GTK_WINDOW(gtk_window_new()));
+    gtk_window_set_title(m_window.get(), "Kestrin");
+    gtk_window_set_default_size(m_window.get(), m_arguments.width, m_arguments.height);
+    g_signal_connect_swapped(m_window.get(), "close-request", G_CALLBACK(g_main_loop_quit), m_loop.get());
+    addKeys();
+}
+
+void Viewer::addKeys() {
+    const auto bind = [this](const char* keys, GtkShortcutFunc action, gpointer data) {
+        GtkEventController* controller = gtk_shortcut_controller_new();
+        gtk_shortcut_controller_set_scope(GTK_SHORTCUT_CONTROLLER(controller), GTK_SHORTCUT_SCOPE_GLOBAL);
+        gtk_shortcut_controller_add_shortcut(
+            GTK_SHORTCUT_CONTROLLER(controller),
+            gtk_shortcut_new(gtk_shortcut_trigger_parse_string(keys),
+                             gtk_callback_action_new(action, data, nullptr)));
+        gtk_widget_add_controller(GTK_WIDGET(m_window.get()), controller);
+    };
+    bind(
+        "F11",
+        [](GtkWidget* widget, GVariant*, gpointer) -> gboolean {
+            auto* window = GTK_WINDOW(widget);
+            gtk_window_is_fullscreen(window) ? gtk_window_unfullscreen(window)
+                                             : gtk_window_fullscreen(window);
+            return TRUE;
+        },
+        nullptr);
+    bind(
+        "<Control>q",
+        [](GtkWidget*, GVariant*, gpointer loop) -> gboolean {
+            g_main_loop_quit(static_cast<GMainLoop*>(loop));
+            return TRUE;
+        },
+        m_loop.get());
+}
+
+void Viewer::startView() {
+    m_view = KestrinCVSession::initKestrinView();
+    gtk_window_set_child(m_window.get(), gtk::widget(*m_view));
+    m_view->setup(KestrinSettings::initWithKeyString(m_server.keyString(content::Form::Direct)));
+    m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
+                                     [this](const auto& event) { m_tally.update(event); });
+    m_view->startWithCallback([this] {
+        if (m_arguments.frames)
+            end({1, "kestrin-view: the view could not start"});
+    });
+    gtk_window_present(m_window.get());
+}
+
+/// Looks, now and then, whether the frames are over.
+void Viewer::watch() {
+    if (!m_arguments.frames)
+        return;
+    m_lastPose = m_platform->dispatch().now();
+    m_watch = m_platform->dispatch().every(kPollSeconds, [this] {
+        const double now = m_platform->dispatch().now();
+        if (std::exchange(m_posesSeen, m_tally.poses()) != m_tally.poses())
+            m_lastPose = now;
+        if (m_tally.poses() > 0 && std::int64_t(m_tracking->frames()) >= *m_arguments.frames)
+            finish();
+        else if (now - m_lastPose > kPatienceSeconds)
+            end({1, "kestrin-view: the page received no pose for " + std::to_string(int(kPatienceSeconds)) +
+                        " seconds"});
+    });
+}
+
+void Viewer::finish() {
+    m_watch.reset();
+    const std::string summary = m_tally.summary(std::int64_t(m_tracking->frames()));
+    if (!m_arguments.screenshot)
+        return end({0, summary});
+    gtk::captureWhenPainted(gtk::widget(*m_view), m_platform->dispatch(),
+                            [this, summary](const auto& picture) {
+                                const auto& file = *m_arguments.screenshot;
+                                const std::string wrong = picture.isValid() ? gtk::writePng(picture, file)
+                                                                            : "the window was not painted";
+                                if (!wrong.empty())
+                                    return end({1, "kestrin-view: " + file.string() + ": " + wrong});
+                                end({0, summary + "\nscreenshot " + file.string()});
+                            });
+}
+
+void Viewer::end(Ending ending) {
+    m_ending = std::move(ending);
+    g_main_loop_quit(m_loop.get());
+}
+
+} // namespace
+
+Ending run(const Arguments& arguments) {
+    try {
+        return Viewer(arguments).run();
+    } catch (const std::exception& wrong) {
+        return {1, std::string("kestrin-view: ") + wrong.what()};
+    }
+}
+
+} // namespace kestrin::view

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Arguments.h"
+
+namespace kestrin::view {
+
+/// Shows the page in a window over the session's picture until the window is closed or the frames are over.
+Ending run(const Arguments& arguments);
+
+} // namespace kestrin::view

@@ -1,0 +1,111 @@
+#include "Stage.h"
+
+#include "bridge/KestrinWebEvent.h"
+#include "core/KestrinCVSession.h"
+#include "linux/network/HostMap.h"
+#include "linux/toolkit/Capture.h"
+#include "linux/toolkit/Widget.h"
+#include "services/util/Json.h"
+
+#include <atomic>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+namespace kestrin::test {
+
+namespace {
+content::Application applicationOf(const StageOptions& options) {
+    content::Application application;
+    application.page = options.page;
+    application.featureFlags = options.featureFlags;
+    return application;
+}
+} // namespace
+
+Stage::Stage(const StageOptions& options) : m_server(applicationOf(options)) {
+    if (const auto wrong = m_server.start())
+        throw std::runtime_error(*wrong);
+    installPlatform(options);
+    open(options);
+}
+
+Stage::~Stage() {
+    m_view->destroy();
+    gtk_window_destroy(m_window.get());
+    m_view.reset();
+    runFor(0.05);
+    platform::installPlatform(nullptr);
+}
+
+void Stage::installPlatform(const StageOptions& options) {
+    gtk::Options linux;
+    linux.orientation = options.orientation;
+    linux.hostMap = gtk::HostMap::parse(m_server.hostMapEntry(content::Form::Direct));
+    linux.worldTracking = [&](const platform::InterfaceOrientation& orientation) {
+        session::SimulatedOptions simulation = options.simulation;
+        simulation.session.orientation = &orientation;
+        return m_tracking = std::make_shared<session::SimulatedTracking>(simulation);
+    };
+    auto platform = gtk::LinuxPlatform::make(linux);
+    if (!platform)
+        throw std::runtime_error("there is no display");
+    platform::installPlatform(platform);
+}
+
+void Stage::open(const StageOptions& options) {
+    m_window = gtk::GRef<GtkWindow>::refSink(GTK_WINDOW(gtk_window_new()));
+    gtk_window_set_decorated(m_window.get(), FALSE);
+    gtk_window_set_default_size(m_window.get(), options.width, options.height);
+    m_view = KestrinCVSession::initKestrinView();
+    gtk_window_set_child(m_window.get(), gtk::widget(*m_view));
+
+    auto settings = KestrinSettings::initWithKeyString(m_server.keyString(content::Form::Direct));
+    settings.setTemplateUrl(settings.getTemplateUrl() + options.query);
+    m_view->setup(settings);
+    m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
+                                     [this](const boost::json::object& event) {
+                                         const auto* data = findMember(event, {"data"});
+                                         if (data && data->is_object())
+                                             m_report = data->get_object();
+                                     });
+    m_view->start();
+    gtk_window_present(m_window.get());
+}
+
+bool Stage::runUntil(const std::function<bool()>& done, double seconds) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        if (!g_main_context_iteration(nullptr, FALSE))
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+void Stage::runFor(double seconds) {
+    runUntil([] { return false; }, seconds);
+}
+
+bool Stage::step() {
+    std::atomic<int> outcome = -1;
+    std::thread stepping([&] { outcome = m_tracking->step() ? 1 : 0; });
+    runUntil([&] { return outcome >= 0; }, 30);
+    stepping.join();
+    return outcome == 1;
+}
+
+platform::Image Stage::capture(platform::View& view) {
+    std::optional<platform::Image> picture;
+    gtk::captureWhenPainted(gtk::widget(view), platform::platform().dispatch(),
+                            [&](const platform::Image& image) { picture = image; });
+    runUntil([&] { return picture.has_value(); });
+    return picture.value_or(platform::Image());
+}
+
+std::filesystem::path builtPage(const std::string& name) {
+    return std::filesystem::path(KESTRIN_WEB_DIST) / name;
+}
+
+} // namespace kestrin::test

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "content/ContentServer.h"
+#include "core/KestrinView.h"
+#include "linux/LinuxPlatform.h"
+#include "linux/toolkit/GRef.h"
+#include "session/SimulatedTracking.h"
+
+#include <boost/json/object.hpp>
+#include <gtk/gtk.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace kestrin::test {
+
+struct StageOptions {
+    std::filesystem::path page;
+    std::string query; ///< appended to the page's address
+    int width = 640, height = 480;
+    int orientation = 0;
+    session::SimulatedOptions simulation;
+    std::vector<std::string> featureFlags;
+};
+
+/// A host application: a real window with a KestrinView over the simulated session, its page from a real
+/// server. One a process.
+class Stage {
+  public:
+    explicit Stage(const StageOptions& options);
+    ~Stage();
+
+    KestrinView& view() { return *m_view; }
+    session::SimulatedTracking& tracking() { return *m_tracking; }
+    GtkWindow* window() { return m_window.get(); }
+
+    /// Turns the main loop until `done`; false when that takes longer than `seconds`.
+    bool runUntil(const std::function<bool()>& done, double seconds = 15);
+    void runFor(double seconds);
+    /// Makes one frame of a stepped session, while the main loop turns.
+    bool step();
+    /// The "data" of the page's newest "onWebUpdate".
+    const boost::json::object& report() const { return m_report; }
+    /// What is seen of a view and all that is in it, in device pixels; absent after some seconds without a
+    /// paint.
+    platform::Image capture(platform::View& view);
+
+  private:
+    void installPlatform(const StageOptions& options);
+    void open(const StageOptions& options);
+
+    content::ContentServer m_server;
+    std::shared_ptr<session::SimulatedTracking> m_tracking;
+    std::shared_ptr<KestrinView> m_view;
+    gtk::GRef<GtkWindow> m_window;
+    boost::json::object m_report;
+};
+
+/// The built pages of web/dist.
+std::filesystem::path builtPage(const std::string& name);
+
+} // namespace kestrin::test
