@@ -47,7 +47,8 @@ class ListenerList {
 
     template <class Call>
     void forEach(const Call& call) const {
-        for (const Box& box : *boxes())
+        const auto walked = boxes();
+        for (const Box& box : *walked)
             if (const auto listener = box.listener.lock())
                 call(*listener);
     }

@@ -2,6 +2,7 @@
 
 #include "core/config/KestrinFeatureFlags.h"
 #include "platform/Platform.h"
+#include "platform/View.h"
 #include "services/util/Format.h"
 #include "tracking/SystemLevel.h"
 
@@ -43,6 +44,11 @@ ARKitMarkerlessProcessor::initWithDelegate(std::shared_ptr<CVManagerDelegate> ta
 
 ARKitMarkerlessProcessor::ARKitMarkerlessProcessor(std::shared_ptr<CVManagerDelegate> target)
     : _tracker_callback(std::move(target)) {}
+
+ARKitMarkerlessProcessor::~ARKitMarkerlessProcessor() {
+    // The last release may come on the session's own thread, which could not wait for its own end.
+    releaseOnMain([lastHold = std::move(session)] {});
+}
 
 std::shared_ptr<CVManagerDelegate> ARKitMarkerlessProcessor::target() const {
     const std::lock_guard lock(m_mutex);

@@ -12,85 +12,102 @@ using namespace test;
 
 using Threads = KestrinViewTest;
 
+namespace {
+
+/// Threads that take turns loosely: nobody gets more than a few steps ahead of main.
+class Rounds {
+  public:
+    static constexpr int kStepsPerRound = 4;
+
+    /// Whether to take the step; waits for its round.
+    bool waitFor(int step) const {
+        while (!m_done && step >= kStepsPerRound * (m_round + 1))
+            std::this_thread::yield();
+        return !m_done;
+    }
+    void next() { ++m_round; }
+    void finish() { m_done = true; }
+
+  private:
+    std::atomic<int> m_round = 0;
+    std::atomic<bool> m_done = false;
+};
+
+void sendAll(FakeArSession& session, int step) {
+    const auto plane = std::make_shared<ArPlaneAnchor>();
+    plane->geometry = std::make_shared<ArPlaneGeometry>(ArPlaneGeometry{{{1, 2, 3}}, {0, 0, 0}});
+    const auto frame = makeFrame(step);
+    frame->capturedImage = std::make_shared<FakePixelBuffer>(64, 48);
+    frame->ambientIntensity = step;
+    const InterfaceOrientation::Pin pin(1 + step / 16 % 4);
+    session.send(frame);
+    session.add({plane});
+    session.update({plane});
+    session.remove({plane});
+}
+
+void operate(KestrinView& view, unsigned choice, const KestrinSettings& settings) {
+    switch (choice % 8) {
+    case 0:
+        return view.pause();
+    case 1:
+        return view.resume();
+    case 2:
+        return view.resize(choice % 500, 300);
+    case 3:
+        return view.hide();
+    case 4:
+        return view.show();
+    case 5:
+        return view.setup(settings);
+    case 6:
+        return view.start();
+    default:
+        return view.destroy();
+    }
+}
+
+} // namespace
+
 // Frames, anchors and turns on the session thread, drawing on its own, hosts that call what may be called
 // from anywhere, and main with resizes, commands and notifications. The sanitizers watch.
 TEST_F(Threads, WorkTogether) {
-    constexpr int kOperations = 1500; // of the hosts
+    constexpr int kRounds = 300;
     startUp();
     post("onResumeAREngine");
     FakeRenderPeer& peer = *system->graphics.newest;
-    std::atomic<bool> done = false;
+    FakeArSession& source = session();
+    Rounds rounds;
     std::atomic<int> operations = 0;
 
-    std::thread sessionThread([&] {
-        const auto picture = std::make_shared<FakePixelBuffer>(64, 48);
-        const auto plane = std::make_shared<ArPlaneAnchor>();
-        plane->geometry = std::make_shared<ArPlaneGeometry>(ArPlaneGeometry{{{1, 2, 3}}, {0, 0, 0}});
-        for (int i = 0; !done; ++i) {
-            const auto frame = makeFrame(i);
-            frame->capturedImage = picture;
-            frame->ambientIntensity = i;
-            const InterfaceOrientation::Pin pin(1 + i / 16 % 4);
-            session().send(frame);
-            session().add({plane});
-            session().update({plane});
-            session().remove({plane});
-            std::this_thread::yield();
-        }
+    std::vector<std::thread> threads;
+    threads.emplace_back([&] {
+        for (int step = 0; rounds.waitFor(step); ++step)
+            sendAll(source, step);
     });
-    std::thread drawing([&] {
-        while (!done)
+    threads.emplace_back([&] {
+        for (int step = 0; rounds.waitFor(step); ++step)
             peer.draw();
     });
-    std::vector<std::thread> hosts;
     for (unsigned seed = 1; seed <= 2; ++seed)
-        hosts.emplace_back([&, seed] {
+        threads.emplace_back([&, seed] {
             std::minstd_rand random(seed);
-            while (!done) {
-                switch (random() % 8) {
-                case 0:
-                    view->pause();
-                    break;
-                case 1:
-                    view->resume();
-                    break;
-                case 2:
-                    view->resize(double(random() % 500), 300);
-                    break;
-                case 3:
-                    view->hide();
-                    break;
-                case 4:
-                    view->show();
-                    break;
-                case 5:
-                    view->setup(settingsFor("shop.example", "A1"));
-                    break;
-                case 6:
-                    view->start();
-                    break;
-                default:
-                    view->destroy();
-                }
-                ++operations;
-                std::this_thread::yield();
-            }
+            for (int step = 0; rounds.waitFor(step); ++step, ++operations)
+                operate(*view, unsigned(random()), settingsFor("shop.example", "A1"));
         });
-    for (int i = 0; operations < kOperations; ++i) {
-        view->toolkitResized({200.0 + i % 7, 300});
+    for (int round = 0; round < kRounds; ++round, rounds.next()) {
+        view->toolkitResized({200.0 + round % 7, 300});
         page().post("kestrin", "onSubmit");
-        if (i % 5 == 0)
+        if (round % 5 == 0)
             page().post("kestrin", base64Encode(R"({"eventName":"onResumeAREngine"})"));
-        notify(i % 2 == 0 ? kDidBecomeActive : kWillResignActive);
-        for (int turn = 0; turn < 20 && system->queues.runOneMain(); ++turn) {
-        }
+        notify(round % 2 == 0 ? kDidBecomeActive : kWillResignActive);
         advance(0.02);
+        while (operations < round)
+            std::this_thread::yield();
     }
-    done = true;
-    sessionThread.join();
-    drawing.join();
-    for (auto& host : hosts)
-        host.join();
+    rounds.finish();
+    for (auto& thread : threads)
+        thread.join();
     runMain();
 
     // Nothing is stuck: the view can be started once more, and a frame reaches the page.

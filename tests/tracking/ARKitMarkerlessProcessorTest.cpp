@@ -405,4 +405,15 @@ TEST_F(Processor, SaysNothingOnceDetached) {
     EXPECT_TRUE(listener->take().empty());
 }
 
+TEST_F(Processor, EndsItsSessionOnMain) {
+    run();
+    const std::weak_ptr<ArSession> watched = processor->session;
+    auto replacement = ARKitMarkerlessProcessor::initWithDelegate(listener, nullptr);
+    offMain([&] { processor.reset(); });
+    EXPECT_FALSE(watched.expired());
+    runMain();
+    EXPECT_TRUE(watched.expired());
+    processor = replacement;
+}
+
 } // namespace kestrin
