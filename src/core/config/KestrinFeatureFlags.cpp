@@ -57,7 +57,8 @@ std::string KestrinFeatureFlags::toJson() const {
 
 void KestrinFeatureFlags::print() const {
     log("KestrinFeatureFlags - Synced feature list, these values can be changed via the CMS.");
-    for (const std::string& flag : *m_flags.read())
+    const auto flags = m_flags.read();
+    for (const std::string& flag : *flags)
         log("%@", flag);
 }
 
