@@ -26,6 +26,7 @@ class ARKitMarkerlessProcessor : public CameraFrameProvider,
     /// The target is kept alive until `detach`; `keys` is not consulted.
     static std::shared_ptr<ARKitMarkerlessProcessor>
     initWithDelegate(std::shared_ptr<CVManagerDelegate> target, const void* keys);
+    ~ARKitMarkerlessProcessor() override;
 
     /// Chooses the configuration by feature flags and runs the session afresh; pixels.
     void setup(int width, int height);
