@@ -83,9 +83,12 @@ TEST_F(WebLook, AHiddenPageGoesOn) {
 }
 
 TEST_F(WebLook, NothingIsShownBeforeThePageIsThere) {
+    std::string words; // enough of them to be worth a first picture
+    for (int i = 0; i < 200; ++i)
+        words += "word ";
     const auto pieces = FaultyServer::Reply{{{"HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n"
                                               "<body style='background:red'>" +
-                                              std::string(4096, ' ')},
+                                              words},
                                              {pageWith(""), 1}},
                                             FaultyServer::Reply::Then::close};
     server.serve("/slow", pieces);

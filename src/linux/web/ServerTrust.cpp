@@ -54,7 +54,10 @@ void ServerTrust::onChanged(WebKitLoadEvent event) {
     }
 }
 
+// The delegate may destroy the web view, and all this with it; WebKit's object lives until its signal is
+// over.
 bool ServerTrust::onBadPage(const char* url, GTlsCertificate* certificate) {
+    const auto self = shared_from_this();
     if (!accept(hostOf(url), certificate))
         return false;
     m_retryUrl = url;
