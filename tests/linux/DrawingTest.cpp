@@ -137,12 +137,13 @@ TEST_F(DrawingTest, AShaderThatDoesNotCompileIsLoggedOnceAndDrawsNothing) {
 
 TEST_F(DrawingTest, TheSizeIsToldInPixelsAndDrawnIn) {
     show(*root);
-    EXPECT_EQ(layer->sizes, (std::vector<platform::Size>{{200, 120}}));
+    const double s = scale();
+    EXPECT_EQ(layer->sizes, (std::vector<platform::Size>{{200 * s, 120 * s}}));
     camera->setFrame({{0, 0}, {100, 100}});
     settle();
     camera->setFrame({{10, 0}, {100, 100}}); // moved, not resized
     settle();
-    EXPECT_EQ(layer->sizes, (std::vector<platform::Size>{{200, 120}, {100, 100}}));
+    EXPECT_EQ(layer->sizes, (std::vector<platform::Size>{{200 * s, 120 * s}, {100 * s, 100 * s}}));
     present(solid({0, 255, 0}));
     EXPECT_PIXEL(pixel(109, 99), {0, 255, 0});
     EXPECT_FALSE(pixel(111, 50).isNear({0, 255, 0}));

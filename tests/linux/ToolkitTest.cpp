@@ -139,9 +139,10 @@ platform::Image ToolkitTest::shot() {
     return image;
 }
 
-Pixel ToolkitTest::pixel(int x, int y) {
-    const platform::Image image = shot();
-    if (x >= image.pixelWidth() || y >= image.pixelHeight())
+Pixel ToolkitTest::pixel(int x, int y) { return pixelOf(shot(), x * scale(), y * scale()); }
+
+Pixel pixelOf(const platform::Image& image, int x, int y) {
+    if (x < 0 || y < 0 || x >= image.pixelWidth() || y >= image.pixelHeight())
         return {-1, -1, -1};
     const auto pixels = image.pixels().subspan(std::size_t(y * image.pixelWidth() + x) * 4);
     return {pixels[0], pixels[1], pixels[2]};

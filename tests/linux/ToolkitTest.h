@@ -57,6 +57,8 @@ struct Pixel {
     bool isNear(const Pixel& other, int tolerance = 2) const;
 };
 std::ostream& operator<<(std::ostream& stream, const Pixel& pixel);
+/// Outside the picture it is (-1, -1, -1).
+Pixel pixelOf(const platform::Image& image, int x, int y);
 
 /// `EXPECT_PRED_FORMAT2(near, pixel, pixel)`.
 testing::AssertionResult near(const char*, const char*, const Pixel& actual, const Pixel& wanted);
@@ -76,9 +78,11 @@ class ToolkitTest : public ::testing::Test {
     static std::shared_ptr<platform::View> makeBox(const platform::Rect& frame, const platform::Color& color);
     /// Puts the view into a window of that size and waits until it is shown.
     GtkWindow* show(platform::View& root, int width = 200, int height = 120);
-    /// Reads a pixel of the window shown last.
+    /// Reads a pixel of the window shown last, by points.
     Pixel pixel(int x, int y);
     platform::Image shot();
+    /// Pixels a point of the window shown last.
+    int scale() const { return gtk_widget_get_scale_factor(GTK_WIDGET(window)); }
     std::vector<std::string> log() const { return system->kept->lines(); }
 
     std::shared_ptr<ToolkitPlatform> system;

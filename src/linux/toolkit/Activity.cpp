@@ -19,6 +19,9 @@ bool isMinimised(GtkWindow* window) {
 
 bool isShown(GtkWindow* window) { return gtk_widget_get_mapped(GTK_WIDGET(window)) && !isMinimised(window); }
 
+/// A window that was focused when it was unmapped goes on to call itself active.
+bool isFocused(GtkWindow* window) { return gtk_window_is_active(window) && isShown(window); }
+
 std::vector<GtkWindow*> allWindows() {
     std::vector<GtkWindow*> windows;
     GListModel* model = gtk_window_get_toplevels();
@@ -94,10 +97,20 @@ void Activity::windowsChanged() {
 }
 
 void Activity::settleSoon() {
-    if (std::exchange(m_isSettling, true))
-        return;
-    m_dispatch.mainAfter(kSettleTime, [weak = weak_from_this()] {
-        if (const auto self = weak.lock())
+    m_lastChange = m_dispatch.now();
+    if (!std::exchange(m_isSettling, true))
+        settleAfter(kSettleTime);
+}
+
+void Activity::settleAfter(double seconds) {
+    m_dispatch.mainAfter(seconds, [weak = weak_from_this()] {
+        const auto self = weak.lock();
+        if (!self)
+            return;
+        const double left = self->m_lastChange + kSettleTime - self->m_dispatch.now();
+        if (left > 0)
+            self->settleAfter(left);
+        else
             self->settle();
     });
 }
@@ -105,7 +118,7 @@ void Activity::settleSoon() {
 void Activity::settle() {
     m_isSettling = false;
     const std::vector<GtkWindow*> windows = allWindows();
-    const bool active = std::ranges::any_of(windows, gtk_window_is_active);
+    const bool active = std::ranges::any_of(windows, isFocused);
     const bool visible = std::ranges::any_of(windows, isShown);
     const bool resigns = m_isActive && !active, hides = m_isVisible && !visible;
     const bool activates = !m_isActive && active;

@@ -29,12 +29,14 @@ class Activity : public std::enable_shared_from_this<Activity> {
     void start();
     void windowsChanged();
     void settleSoon();
+    void settleAfter(double seconds);
     void settle();
 
     platform::Dispatch& m_dispatch;
     platform::NotificationCenter& m_center;
     SignalHandler m_windowsChanged, m_shutdown;
     std::map<GtkWindow*, std::unique_ptr<Watch>> m_watches;
+    double m_lastChange = 0; ///< on the dispatch's clock
     bool m_isActive = false, m_isVisible = false, m_isSettling = false, m_isTerminated = false;
 };
 
