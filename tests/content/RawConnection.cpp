@@ -1,0 +1,99 @@
+#include "RawConnection.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <vector>
+
+namespace kestrin::content {
+
+RawConnection::RawConnection(std::uint16_t port, Greeting greeting, const char* address) {
+    GSocketClient* const client = g_socket_client_new();
+    g_socket_client_set_timeout(client, 10);
+    g_socket_client_set_enable_proxy(client, FALSE);
+    m_connection = g_socket_client_connect_to_host(client, address, port, nullptr, nullptr);
+    g_object_unref(client);
+    if (!m_connection)
+        return;
+    g_socket_set_option(g_socket_connection_get_socket(m_connection), IPPROTO_TCP, TCP_NODELAY, 1, nullptr);
+    if (greeting == Greeting::None) {
+        m_stream = G_IO_STREAM(g_object_ref(m_connection));
+        return;
+    }
+    GIOStream* const tls = g_tls_client_connection_new(G_IO_STREAM(m_connection), nullptr, nullptr);
+    g_signal_connect(tls, "accept-certificate",
+                     G_CALLBACK(+[](GTlsConnection*, GTlsCertificate*, GTlsCertificateFlags,
+                                    gpointer) -> gboolean { return TRUE; }),
+                     nullptr);
+    g_tls_connection_set_require_close_notify(G_TLS_CONNECTION(tls), FALSE);
+    if (g_tls_connection_handshake(G_TLS_CONNECTION(tls), nullptr, nullptr))
+        m_stream = tls;
+    else
+        g_object_unref(tls);
+}
+
+RawConnection::~RawConnection() {
+    if (m_connection)
+        g_socket_shutdown(g_socket_connection_get_socket(m_connection), TRUE, TRUE, nullptr);
+    g_clear_object(&m_stream);
+    g_clear_object(&m_connection);
+}
+
+bool RawConnection::send(const std::string& bytes) {
+    return m_stream && g_output_stream_write_all(g_io_stream_get_output_stream(m_stream), bytes.data(),
+                                                 bytes.size(), nullptr, nullptr, nullptr);
+}
+
+std::string RawConnection::receive(std::size_t count) {
+    std::string all;
+    std::vector<char> piece(64 * 1024);
+    while (m_stream && all.size() < count) {
+        const gssize got = g_input_stream_read(g_io_stream_get_input_stream(m_stream), piece.data(),
+                                               std::min(piece.size(), count - all.size()), nullptr, nullptr);
+        if (got <= 0)
+            break;
+        all.append(piece.data(), static_cast<std::size_t>(got));
+    }
+    return all;
+}
+
+bool RawConnection::isEnded() {
+    if (!m_stream)
+        return true;
+    const int raw = g_socket_get_fd(g_socket_connection_get_socket(m_connection));
+    const gint64 until = g_get_monotonic_time() + 10 * G_USEC_PER_SEC;
+    char piece[4096];
+    while (g_get_monotonic_time() < until) {
+        const ssize_t got = recv(raw, piece, sizeof piece, MSG_DONTWAIT);
+        if (got == 0 || (got < 0 && errno != EAGAIN))
+            return true;
+        if (got < 0)
+            g_usleep(5000);
+    }
+    return false;
+}
+
+void RawConnection::reset() {
+    const linger now{1, 0};
+    GSocket* const socket = g_socket_connection_get_socket(m_connection);
+    setsockopt(g_socket_get_fd(socket), SOL_SOCKET, SO_LINGER, &now, sizeof now);
+    g_socket_close(socket, nullptr);
+}
+
+void RawConnection::finishSending() {
+    g_socket_shutdown(g_socket_connection_get_socket(m_connection), FALSE, TRUE, nullptr);
+}
+
+GTlsCertificate* RawConnection::certificate() const {
+    return g_tls_connection_get_peer_certificate(G_TLS_CONNECTION(m_stream));
+}
+
+std::string exchange(std::uint16_t port, const std::string& request) {
+    RawConnection connection(port);
+    connection.send(request);
+    return connection.receiveAll();
+}
+
+} // namespace kestrin::content
