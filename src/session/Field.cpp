@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 
 namespace kestrin::session {
@@ -17,8 +18,9 @@ constexpr double kThin = 1e-4; // metres: less than any sheet
 constexpr std::array<std::string_view, 4> kCounts{"no", "a", "two", "three"};
 
 std::string shown(double number) {
-    return json::serialize(number == std::floor(number) ? json::value(std::int64_t(number))
-                                                        : json::value(number));
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.begin(), digits.end(), number, std::chars_format::fixed).ptr;
+    return {digits.begin(), end};
 }
 
 std::string asText(const json::string& text) { return {text.begin(), text.end()}; }

@@ -94,7 +94,7 @@ LightMap::Place LightMap::reserve(int columns, int rows) {
 }
 
 void LightMap::set(int x, int y, const Vector3& color) {
-    const auto half = [](float value) { return std::uint8_t(std::clamp(value * 127.5F, 0.0F, 255.0F)); };
+    const auto half = [](float value) { return std::uint8_t(std::clamp(value * 127.5F + 0.5F, 0.0F, 255.0F)); };
     std::uint8_t* texel = &m_texels[std::size_t(y * kWidth + x) * 4];
     texel[0] = half(color.x);
     texel[1] = half(color.y);

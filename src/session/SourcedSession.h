@@ -24,7 +24,7 @@ class SourcedSession final : public platform::ArSession {
     /// With stepped pacing: makes one frame and returns true when the delegate has been told all of it. False
     /// when none came in time (the session is paused, or all buffers are held), at the end, and on the
     /// session thread.
-    bool step(double timeoutSeconds = 5);
+    bool step(double timeoutSeconds = 30);
     /// How many frames the delegate was told of, or would have been.
     std::uint64_t frames() const;
 

@@ -10,7 +10,7 @@ class SourcedTracking : public platform::WorldTracking {
     bool isSupported() const override { return true; }
     std::shared_ptr<platform::ArSession> makeSession() override;
     /// Steps the session that was made last; see SourcedSession::step.
-    bool step(double timeoutSeconds = 5) const;
+    bool step(double timeoutSeconds = 30) const;
     /// Frames of the session that was made last.
     std::uint64_t frames() const;
 
