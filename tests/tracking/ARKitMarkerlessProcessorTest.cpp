@@ -201,6 +201,9 @@ TEST_F(Processor, ProjectsForHalfTheViewport) {
     processor->setViewport(751, 1335);
     EXPECT_TRUE(listener->take().empty());
     EXPECT_TRUE(takeLog().empty());
+    processor->updateProjectionMatrix();
+    EXPECT_EQ(listener->take().size(), 2U);
+    EXPECT_TRUE(takeLog().empty()) << "sent again, not computed again";
 }
 
 TEST_F(Processor, HasZeroMatricesWithoutACamera) {
