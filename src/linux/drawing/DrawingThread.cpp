@@ -62,6 +62,8 @@ void DrawingThread::run() {
     while (waitForTurn(turn)) {
         if (turn.view && turn.delegate)
             runTask([&] { draw(turn); }, *m_log);
+        for (const Submitted& work : std::exchange(m_submitted, {}))
+            finish(work);
         if (m_target)
             m_ring->drop(*std::exchange(m_target, std::nullopt)); // it was not presented
         turn = {};
@@ -107,17 +109,25 @@ void DrawingThread::bindPass() const {
     glViewport(0, 0, m_target->width, m_target->height);
 }
 
-void DrawingThread::finish() {
+void DrawingThread::submit(std::vector<platform::Task> completions, bool presents) {
     const GLsync fence = glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0);
-    const GLenum outcome = glClientWaitSync(fence, GL_SYNC_FLUSH_COMMANDS_BIT, kLongestFrame);
-    glDeleteSync(fence);
-    if (outcome == GL_WAIT_FAILED || outcome == GL_TIMEOUT_EXPIRED)
-        complainOnce("the GPU does not finish a frame");
+    glFlush();
+    m_submitted.push_back(
+        {fence, std::move(completions), presents ? std::exchange(m_target, std::nullopt) : std::nullopt});
 }
 
-void DrawingThread::present() {
-    m_ring->publish(*std::exchange(m_target, std::nullopt));
-    m_published.wake();
+// Not inside the delegate's call, which would keep its own users waiting as long as the GPU draws.
+void DrawingThread::finish(const Submitted& work) {
+    const GLenum outcome = glClientWaitSync(work.fence, GL_SYNC_FLUSH_COMMANDS_BIT, kLongestFrame);
+    glDeleteSync(work.fence);
+    if (outcome == GL_WAIT_FAILED || outcome == GL_TIMEOUT_EXPIRED)
+        complainOnce("the GPU does not finish a frame");
+    for (const platform::Task& completion : work.completions)
+        runTask(completion, *m_log);
+    if (work.presented) {
+        m_ring->publish(*work.presented);
+        m_published.wake();
+    }
 }
 
 void DrawingThread::complainOnce(const std::string& text) {

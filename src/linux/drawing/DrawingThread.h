@@ -34,10 +34,10 @@ class DrawingThread {
     /// Makes what there is to draw into current.
     void bindPass() const;
     GlStore& store() const { return *m_store; }
-    /// Returns when the GPU is done with all that was drawn so far.
-    void finish();
-    /// What was drawn becomes what is shown. There is no pass any more then.
-    void present();
+    /// Hands what was drawn so far to the GPU and returns. Once the delegate's call is over and the GPU is
+    /// done, the tasks run, and what was drawn becomes what is shown if `presents`: there is no pass any more
+    /// then.
+    void submit(std::vector<platform::Task> completions, bool presents);
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -51,6 +51,12 @@ class DrawingThread {
     bool waitForTurn(Turn& turn);
     bool isAwake() const { return m_isShown && m_size.width > 0 && m_size.height > 0; }
     void draw(const Turn& turn);
+    struct Submitted {
+        GLsync fence;
+        std::vector<platform::Task> completions;
+        std::optional<FrameRing::Target> presented;
+    };
+    void finish(const Submitted& work);
     void complainOnce(const std::string& text);
     template <class Change>
     void change(Change change);
@@ -70,6 +76,7 @@ class DrawingThread {
     // The thread's own.
     const std::shared_ptr<GlStore> m_store = std::make_shared<GlStore>();
     std::optional<FrameRing::Target> m_target;
+    std::vector<Submitted> m_submitted;
     Clock::time_point m_due{};
     bool m_hasComplained = false;
 

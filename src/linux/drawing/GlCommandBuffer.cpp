@@ -24,24 +24,25 @@ std::unique_ptr<platform::GpuEncoder> GlCommandBuffer::makeEncoder(platform::Ren
     DrawingThread* const thread = threadOf(view);
     if (!thread || !thread->hasPass())
         return nullptr;
-    m_drawn = thread;
+    m_thread = thread;
     return std::make_unique<GlEncoder>(*thread);
 }
 
 void GlCommandBuffer::present(platform::RenderView& view) {
     DrawingThread* const thread = threadOf(view);
-    if (thread && thread->hasPass())
-        m_drawn = m_presented = thread;
+    if (!thread || !thread->hasPass())
+        return;
+    m_thread = thread;
+    m_presents = true;
 }
 
 void GlCommandBuffer::commit() {
-    if (m_drawn)
-        m_drawn->finish();
+    if (m_thread) {
+        m_thread->submit(std::exchange(m_completions, {}), m_presents && m_thread->hasPass());
+        return;
+    }
     for (const platform::Task& completion : std::exchange(m_completions, {}))
-        completion();
-    if (m_presented)
-        m_presented->present();
-    m_drawn = m_presented = nullptr;
+        completion(); // there was nothing to draw
 }
 
 } // namespace kestrin::gtk

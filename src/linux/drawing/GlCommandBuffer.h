@@ -8,7 +8,7 @@ namespace kestrin::gtk {
 
 class DrawingThread;
 
-/// Work that GL does as it is told; committing it waits for the GPU. Thread: drawing.
+/// Work that GL is given as it is recorded; committing it sets it off. Thread: drawing.
 class GlCommandBuffer final : public platform::GpuCommandBuffer {
   public:
     void setLabel(const std::string& label) override { m_label = label; }
@@ -21,8 +21,8 @@ class GlCommandBuffer final : public platform::GpuCommandBuffer {
   private:
     std::string m_label;
     std::vector<platform::Task> m_completions;
-    DrawingThread* m_drawn = nullptr;
-    DrawingThread* m_presented = nullptr;
+    DrawingThread* m_thread = nullptr; ///< of the view that is drawn
+    bool m_presents = false;
 };
 
 class GlCommandQueue final : public platform::GpuCommandQueue {
