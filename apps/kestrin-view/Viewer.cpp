@@ -86,7 +86,6 @@ Viewer::~Viewer() {
     if (m_window)
         gtk_window_destroy(m_window.get());
     m_view.reset();
-    platform::installPlatform(nullptr);
 }
 
 Ending Viewer::run() {

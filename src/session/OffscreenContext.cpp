@@ -17,16 +17,29 @@ EGLContext makeContext(EGLDisplay display, EGLenum api, EGLint major, EGLint min
     return eglCreateContext(display, EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT, attributes.data());
 }
 
+/// The display of the first GPU, or of its replacement in software; without devices the one without a
+/// platform. A web engine in the same process opens that last one too and ends it when it likes, and with it
+/// every context of others; nobody else opens the display of a device.
+EGLDisplay findDisplay() {
+    // epoxy ends the process when a function is missing, so the extensions are asked for first.
+    const auto has = [](const char* extension) { return epoxy_has_egl_extension(EGL_NO_DISPLAY, extension); };
+    if (!has("EGL_EXT_platform_base"))
+        return EGL_NO_DISPLAY;
+    EGLDeviceEXT device = nullptr;
+    EGLint count = 0;
+    if (has("EGL_EXT_platform_device") && has("EGL_EXT_device_enumeration") &&
+        eglQueryDevicesEXT(1, &device, &count) && count > 0)
+        return eglGetPlatformDisplayEXT(EGL_PLATFORM_DEVICE_EXT, device, nullptr);
+    if (has("EGL_MESA_platform_surfaceless"))
+        return eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+    return EGL_NO_DISPLAY;
+}
+
 /// The display is shared by the process and stays initialised: ending it would end the contexts of others.
 std::variant<EGLDisplay, std::string> openDisplay() {
     if (!epoxy_has_egl())
         return "there is no EGL library";
-    // epoxy ends the process when a function is missing, so the extensions are asked for first.
-    if (!epoxy_has_egl_extension(EGL_NO_DISPLAY, "EGL_EXT_platform_base") ||
-        !epoxy_has_egl_extension(EGL_NO_DISPLAY, "EGL_MESA_platform_surfaceless"))
-        return "EGL has no surfaceless platform";
-    const EGLDisplay display =
-        eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+    const EGLDisplay display = findDisplay();
     if (display == EGL_NO_DISPLAY || !eglInitialize(display, nullptr, nullptr))
         return "EGL cannot be initialised";
     if (!epoxy_has_egl_extension(display, "EGL_KHR_surfaceless_context") ||

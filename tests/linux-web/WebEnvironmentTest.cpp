@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <optional>
+#include <string>
 
 namespace kestrin::gtk {
 namespace {
@@ -18,45 +18,12 @@ class Environment {
         set(value);
     }
     ~Environment() { set(m_before ? m_before->c_str() : nullptr); }
-    std::string value() const {
-        const char* present = std::getenv(m_name);
-        return present ? present : "unset";
-    }
 
   private:
     void set(const char* value) { value ? setenv(m_name, value, 1) : unsetenv(m_name); }
     const char* const m_name;
     std::optional<std::string> m_before;
 };
-
-TEST(WebEnvironment, TheRendererFollowsTheMachine) {
-    constexpr const char* kVariable = "WEBKIT_DISABLE_DMABUF_RENDERER";
-    const std::filesystem::path folder = testing::TempDir() + "kestrin-dri";
-    std::filesystem::create_directory(folder);
-    std::ofstream(folder / "card0");
-    {
-        const Environment unset(kVariable, nullptr);
-        chooseRenderer("/no/such/folder");
-        EXPECT_EQ(unset.value(), "1");
-    }
-    {
-        const Environment unset(kVariable, nullptr);
-        chooseRenderer(folder);
-        EXPECT_EQ(unset.value(), "1") << "a card without a render node";
-    }
-    {
-        const Environment own(kVariable, "0");
-        chooseRenderer(folder);
-        EXPECT_EQ(own.value(), "0") << "the environment's own word counts";
-    }
-    std::ofstream(folder / "renderD128");
-    {
-        const Environment unset(kVariable, nullptr);
-        chooseRenderer(folder);
-        EXPECT_EQ(unset.value(), "unset");
-    }
-    std::filesystem::remove_all(folder);
-}
 
 TEST(WebEnvironment, ARefusedSandboxIsExplained) {
     constexpr const char* kVariable = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";

@@ -65,6 +65,21 @@ TEST_F(WebLook, PagesAreAsTransparentAsTheyAreTold) {
     EXPECT_TRUE(becomes(50, 50, kRed));
 }
 
+// WebKit leaves trails when it hands frames over in shared memory (WEBKIT_DISABLE_DMABUF_RENDERER).
+TEST_F(WebLook, WhatMovesOnATransparentPageLeavesNoTrail) {
+    show();
+    makeTransparent();
+    loadBody("<canvas id='c' width='200' height='100' style='position:fixed;left:0;top:0'></canvas><script>"
+             "var g = c.getContext('webgl'); g.enable(g.SCISSOR_TEST); var frames = 0;"
+             "(function draw() { frames++;"
+             "g.scissor(0, 0, 200, 100); g.clearColor(0, 0, 0, 0); g.clear(g.COLOR_BUFFER_BIT);"
+             "g.scissor(frames < 20 ? 20 : 140, 40, 40, 40); g.clearColor(1, 0, 0, 1); "
+             "g.clear(g.COLOR_BUFFER_BIT);"
+             "if (frames < 60) requestAnimationFrame(draw); })()</script>");
+    EXPECT_TRUE(becomes(160, 40, kRed));
+    EXPECT_TRUE(becomes(40, 40, kBlue));
+}
+
 TEST_F(WebLook, AHiddenPageGoesOn) {
     show();
     makeTransparent();

@@ -35,7 +35,6 @@ Stage::~Stage() {
     gtk_window_destroy(m_window.get());
     m_view.reset();
     runFor(0.05);
-    platform::installPlatform(nullptr);
 }
 
 void Stage::installPlatform(const StageOptions& options) {

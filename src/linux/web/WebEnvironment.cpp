@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <filesystem>
-#include <system_error>
 
 namespace kestrin::gtk {
 
@@ -14,20 +12,7 @@ namespace {
 
 constexpr const char* kSandboxSwitch = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
 
-bool hasRenderNode(const std::string& devices) {
-    std::error_code none;
-    const std::filesystem::directory_iterator entries(devices, none);
-    return std::any_of(begin(entries), end(entries), [](const auto& entry) {
-        return entry.path().filename().string().starts_with("renderD");
-    });
-}
-
 } // namespace
-
-void chooseRenderer(const std::string& devices) {
-    if (!hasRenderNode(devices))
-        g_setenv("WEBKIT_DISABLE_DMABUF_RENDERER", "1", false);
-}
 
 // The sandbox needs namespaces that containers and hardened kernels refuse. The attempt is the only sure
 // test.

@@ -25,7 +25,6 @@ void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
 
 WebKitToolkit::WebKitToolkit(std::shared_ptr<platform::LogSink> log, WebOptions options)
     : m_log(std::move(log)), m_options(std::move(options)) {
-    chooseRenderer();
     m_session = makeSession(m_options);
     m_downloads = SignalHandler(m_session.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
 }
