@@ -40,7 +40,7 @@ function askForFrame(): void {
     counters.rendered++;
     status.countFrame();
     client.submit();
-  client.commands.webUpdate({ ...counters });
+    client.commands.webUpdate({ ...counters });
   });
 }
 
