@@ -49,12 +49,14 @@ ThreadQueue::~ThreadQueue() {
     m_state->changed.notify_one();
 }
 
+// The task may destroy the queue before this returns.
 void ThreadQueue::async(platform::Task task) {
+    const auto state = m_state;
     {
-        const std::lock_guard lock(m_state->mutex);
-        m_state->tasks.push_back(std::move(task));
+        const std::lock_guard lock(state->mutex);
+        state->tasks.push_back(std::move(task));
     }
-    m_state->changed.notify_one();
+    state->changed.notify_one();
 }
 
 } // namespace kestrin::gtk
