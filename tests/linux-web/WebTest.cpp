@@ -71,7 +71,8 @@ void WebTest::loadBody(const std::string& body) {
     server.serve("/body", pageWith(body));
     std::erase(page->events, "kestrin:ready");
     load(server.url("/body"));
-    ASSERT_TRUE(waitFor("kestrin:ready"));
+    ASSERT_TRUE(waitFor("kestrin:ready")) << testing::PrintToString(page->events) << '\n'
+                                          << testing::PrintToString(system->kept->lines());
 }
 
 std::string WebTest::result(const std::string& expression) {

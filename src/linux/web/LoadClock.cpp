@@ -40,6 +40,8 @@ void LoadClock::onChanged(WebKitWebView* view, WebKitLoadEvent event) {
 
 /// `document` is null when it comes from nowhere, as an empty page does.
 void LoadClock::watchDocument(WebKitWebResource* document) {
+    m_document = GRef<WebKitWebResource>::ref(document);
+    m_documentSize = 0;
     if (document)
         m_documentEnd =
             SignalHandler(document, "finished", G_CALLBACK(+[](WebKitWebResource*, LoadClock* self) {
@@ -54,6 +56,8 @@ void LoadClock::noteProgress() { m_lastProgress = now(); }
 void LoadClock::pause() {
     if (m_source)
         g_source_remove(std::exchange(m_source, 0));
+    g_cancellable_cancel(m_asking.get());
+    m_document.reset();
 }
 
 void LoadClock::wait(double seconds) {
@@ -71,8 +75,32 @@ void LoadClock::check() {
     const double left = m_lastProgress + m_limit - now();
     if (left > 0)
         wait(left);
+    else if (m_document)
+        askForDocumentSize();
     else
         m_expired();
+}
+
+// WebKit's estimate stays at one half, without a word, when the size of a document is not known beforehand.
+void LoadClock::askForDocumentSize() {
+    m_asking = GRef<GCancellable>::adopt(g_cancellable_new());
+    const auto answered = [](GObject* document, GAsyncResult* result, gpointer self) {
+        gsize size = 0;
+        GFailure failure;
+        const GText data(reinterpret_cast<char*>(webkit_web_resource_get_data_finish(
+            WEBKIT_WEB_RESOURCE(document), result, &size, failure.out())));
+        // A cancelled question may be answered after the clock is gone.
+        if (!g_error_matches(failure.error(), G_IO_ERROR, G_IO_ERROR_CANCELLED))
+            static_cast<LoadClock*>(self)->onDocumentSize(size);
+    };
+    webkit_web_resource_get_data(m_document.get(), m_asking.get(), answered, this);
+}
+
+void LoadClock::onDocumentSize(gsize size) {
+    if (size == std::exchange(m_documentSize, size))
+        return m_expired();
+    noteProgress();
+    wait(m_limit);
 }
 
 } // namespace kestrin::gtk

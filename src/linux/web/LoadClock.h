@@ -29,10 +29,15 @@ class LoadClock {
     void pause();
     void wait(double seconds);
     void check();
+    void askForDocumentSize();
+    void onDocumentSize(gsize size);
 
     const std::function<void()> m_expired;
     std::vector<SignalHandler> m_signals;
+    GRef<WebKitWebResource> m_document; ///< while it is loading
     SignalHandler m_documentEnd;
+    gsize m_documentSize = 0;
+    GRef<GCancellable> m_asking;
     bool m_isArmed = false;
     double m_limit = 0, m_lastProgress = 0; ///< seconds
     guint m_source = 0;

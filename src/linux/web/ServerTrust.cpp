@@ -6,6 +6,8 @@ namespace kestrin::gtk {
 
 namespace {
 
+constexpr int kMostRetries = 5;
+
 /// Empty when there is none.
 std::string hostOf(const char* url) {
     const GOwned<GUri, g_uri_unref> uri(url ? g_uri_parse(url, G_URI_FLAGS_NONE, nullptr) : nullptr);
@@ -40,32 +42,47 @@ void ServerTrust::watch() {
 }
 
 void ServerTrust::onChanged(WebKitLoadEvent event) {
-    GTlsCertificate* certificate = nullptr;
-    GTlsCertificateFlags errors{};
-    if (event == WEBKIT_LOAD_STARTED && !std::exchange(m_isRetrying, false))
-        m_asked.clear();
-    else if (event == WEBKIT_LOAD_COMMITTED && webkit_web_view_get_tls_info(m_view, &certificate, &errors)) {
-        const std::string host = hostOf(webkit_web_view_get_uri(m_view));
-        if (!m_asked.contains(host))
-            ask(host);
-    } else if (event == WEBKIT_LOAD_FINISHED && !m_retryUrl.empty()) {
+    if (event == WEBKIT_LOAD_STARTED)
+        onStarted();
+    else if (event == WEBKIT_LOAD_COMMITTED)
+        onCommitted();
+    else if (event == WEBKIT_LOAD_FINISHED && !m_retryUrl.empty()) {
         m_isRetrying = true;
+        ++m_retries;
         m_retry(std::exchange(m_retryUrl, {}));
     }
 }
 
+void ServerTrust::onStarted() {
+    if (std::exchange(m_isRetrying, false))
+        return;
+    m_answers.clear();
+    m_retries = 0;
+}
+
 // The delegate may destroy the web view, and all this with it; WebKit's object lives until its signal is
 // over.
+void ServerTrust::onCommitted() {
+    const auto self = shared_from_this();
+    GTlsCertificate* certificate = nullptr;
+    GTlsCertificateFlags errors{};
+    const std::string host = hostOf(webkit_web_view_get_uri(m_view));
+    if (webkit_web_view_get_tls_info(m_view, &certificate, &errors) && !m_answers.contains(host))
+        ask(host);
+}
+
 bool ServerTrust::onBadPage(const char* url, GTlsCertificate* certificate) {
     const auto self = shared_from_this();
-    if (!accept(hostOf(url), certificate))
+    if (!accept(hostOf(url), certificate) || m_retries == kMostRetries)
         return false;
     m_retryUrl = url;
     return true;
 }
 
-// A resource may outlive this.
+// A resource may outlive this. Of the page's own document `onBadPage` hears.
 void ServerTrust::watchResource(WebKitWebResource* resource) {
+    if (resource == webkit_web_view_get_main_resource(m_view))
+        return;
     using Weak = std::weak_ptr<ServerTrust>;
     const auto failed = +[](WebKitWebResource* failing, GTlsCertificate* certificate, GTlsCertificateFlags,
                             const Weak* weak) {
@@ -80,23 +97,27 @@ void ServerTrust::watchResource(WebKitWebResource* resource) {
 // A page that is still loading begins anew, so that it is whole. One that runs already keeps its state; what
 // it asks of this host from now on succeeds.
 void ServerTrust::onBadResource(const char* url, GTlsCertificate* certificate) {
-    if (accept(hostOf(url), certificate) && webkit_web_view_is_loading(m_view))
+    if (accept(hostOf(url), certificate) && webkit_web_view_is_loading(m_view) && m_retries < kMostRetries)
         m_retryUrl = webkit_web_view_get_uri(m_view);
 }
 
-/// Asks once a load and host, so that a server that shows a new certificate every time ends the load.
+// A host that has been accepted may fail once more: WebKit tells its network process on another road than the
+// one that the next request takes, which may overtake it.
 bool ServerTrust::accept(const std::string& host, GTlsCertificate* certificate) {
-    if (m_asked.contains(host) || !ask(host))
+    const auto known = m_answers.find(host);
+    if (!(known == m_answers.end() ? ask(host) : known->second))
         return false;
     webkit_network_session_allow_tls_certificate_for_host(webkit_web_view_get_network_session(m_view),
                                                           certificate, host.c_str());
     return true;
 }
 
+/// Once a load and host.
 bool ServerTrust::ask(const std::string& host) {
-    m_asked.insert(host);
-    const auto delegate = m_delegate.lock();
-    return delegate && delegate->acceptServerTrust(host);
+    bool& answer = m_answers[host];
+    if (const auto delegate = m_delegate.lock())
+        answer = delegate->acceptServerTrust(host);
+    return answer;
 }
 
 } // namespace kestrin::gtk

@@ -6,8 +6,8 @@
 #include <webkit/webkit.h>
 
 #include <functional>
+#include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -32,6 +32,8 @@ class ServerTrust : public std::enable_shared_from_this<ServerTrust> {
     ServerTrust(WebKitWebView* view, Retry retry);
     void watch();
     void onChanged(WebKitLoadEvent event);
+    void onStarted();
+    void onCommitted();
     bool onBadPage(const char* url, GTlsCertificate* certificate);
     void watchResource(WebKitWebResource* resource);
     void onBadResource(const char* url, GTlsCertificate* certificate);
@@ -42,9 +44,10 @@ class ServerTrust : public std::enable_shared_from_this<ServerTrust> {
     const Retry m_retry;
     std::weak_ptr<platform::AuthenticationDelegate> m_delegate;
     std::vector<SignalHandler> m_signals;
-    std::set<std::string> m_asked; ///< hosts, during this load
-    std::string m_retryUrl;        ///< to be loaded once more when this load has finished
-    bool m_isRetrying = false;     ///< the load that starts next belongs to this one
+    std::map<std::string, bool> m_answers; ///< by host, during this load
+    std::string m_retryUrl;                ///< to be loaded once more when this load has finished
+    bool m_isRetrying = false;             ///< the load that starts next belongs to this one
+    int m_retries = 0;
 };
 
 } // namespace kestrin::gtk
