@@ -9,7 +9,7 @@ namespace kestrin::session {
 
 namespace {
 
-constexpr float kTexelsPerMeter = 6, kFineTexelsPerMeter = 10;
+constexpr float kTexelsPerMeter = 5, kFineTexelsPerMeter = 8;
 constexpr float kFine = 1.5F;   ///< metres: shorter sides are looked at more finely
 constexpr int kMostTexels = 48; ///< along a side of a patch
 constexpr int kTile = 6;        ///< texels a side that share what stands around them
@@ -94,7 +94,9 @@ LightMap::Place LightMap::reserve(int columns, int rows) {
 }
 
 void LightMap::set(int x, int y, const Vector3& color) {
-    const auto half = [](float value) { return std::uint8_t(std::clamp(value * 127.5F + 0.5F, 0.0F, 255.0F)); };
+    const auto half = [](float value) {
+        return std::uint8_t(std::clamp(value * 127.5F + 0.5F, 0.0F, 255.0F));
+    };
     std::uint8_t* texel = &m_texels[std::size_t(y * kWidth + x) * 4];
     texel[0] = half(color.x);
     texel[1] = half(color.y);

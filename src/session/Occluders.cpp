@@ -76,18 +76,18 @@ bool Occluders::blocks(const Vector3& from, const Vector3& to) const {
 
 Occluders Occluders::near(const Vector3& a, const Vector3& b, float radius) const {
     const Vector3 way = b - a;
-    const float square = std::max(dot(way, way), 1e-12F);
-    const auto isNear = [&](const Vector3& center, float size) {
-        const float t = std::clamp(dot(center - a, way) / square, 0.0F, 1.0F);
-        return length(center - a - t * way) < radius + size;
-    };
     Occluders result;
-    for (const Block& block : m_blocks)
-        if (isNear(block.center, length(block.half)))
+    for (const Block& block : m_blocks) {
+        const Block wider{block.center, block.half + radius * Vector3{1, 1, 1}, block.cosine, block.sine};
+        if (wider.contains(a) || wider.hit(a, way) < 1)
             result.m_blocks.push_back(block);
-    for (const Sheet& sheet : m_sheets)
-        if (isNear(sheet.quad.center, sheet.quad.radius()))
+    }
+    const float square = std::max(dot(way, way), 1e-12F);
+    for (const Sheet& sheet : m_sheets) {
+        const float t = std::clamp(dot(sheet.quad.center - a, way) / square, 0.0F, 1.0F);
+        if (length(sheet.quad.center - a - t * way) < radius + sheet.quad.radius())
             result.m_sheets.push_back(sheet);
+    }
     return result;
 }
 

@@ -49,8 +49,8 @@ Color planks(Point2 point) {
 Color oak(Point2 point) {
     const float fibre = grain(point, 77);
     const float pores = ramp(0.72F, 0.86F, noise(point, 24, 220, 5));
-    const Color wood = mix({0.60F, 0.41F, 0.24F}, {0.83F, 0.64F, 0.43F}, 0.2F + 0.7F * fibre);
-    return (1 - 0.25F * pores) * wood;
+    const Color wood = mix({0.66F, 0.46F, 0.28F}, {0.80F, 0.61F, 0.41F}, 0.2F + 0.7F * fibre);
+    return (1 - 0.18F * pores) * wood;
 }
 
 Color tiles(Point2 point) {

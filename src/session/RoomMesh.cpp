@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 
 namespace kestrin::session {
 
@@ -31,29 +30,50 @@ void layTiles(RoomMesh::Vertex& vertex, const Quad& quad, float tile) {
     vertex.v = -dot(point, quad.up) / tile;
 }
 
-/// Which surfaces share a texture. The pixels of a file are one object, however often it is used.
-std::string keyOf(const Texture& texture) {
-    if (const auto* name = std::get_if<std::string>(&texture))
-        return *name;
-    return std::to_string(
-        reinterpret_cast<std::uintptr_t>(std::get<platform::Image>(texture).pixels().data()));
+/// The pixels of a file are one object, however often it is used.
+bool shareTexture(const Material& a, const Material& b) {
+    const auto* first = std::get_if<platform::Image>(&a.texture);
+    const auto* second = std::get_if<platform::Image>(&b.texture);
+    const bool areSame =
+        first && second
+            ? first->pixels().data() == second->pixels().data()
+            : !first && !second && std::get<std::string>(a.texture) == std::get<std::string>(b.texture);
+    return areSame && (a.tile > 0) == (b.tile > 0);
+}
+
+using Group = std::vector<const Surface*>;
+
+/// Surfaces with one texture, those with the largest surfaces last: walls and floors lie behind the rest, and
+/// what is hidden need not be painted.
+std::vector<Group> groupByTexture(const std::vector<Surface>& all) {
+    Group sorted;
+    for (const Surface& surface : all)
+        sorted.push_back(&surface);
+    const auto area = [](const Surface* surface) { return surface->quad.width * surface->quad.height; };
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [&](const Surface* a, const Surface* b) { return area(a) > area(b); });
+    std::vector<Group> groups;
+    for (const Surface* surface : sorted) {
+        const auto group = std::find_if(groups.begin(), groups.end(), [&](const Group& g) {
+            return shareTexture(g.front()->material, surface->material);
+        });
+        if (group == groups.end())
+            groups.push_back({surface});
+        else
+            group->push_back(surface);
+    }
+    std::reverse(groups.begin(), groups.end());
+    return groups;
 }
 
 } // namespace
 
 RoomMesh::RoomMesh(const Room& room) : light(room) {
     const std::vector<Surface> all = room.allSurfaces();
-    std::map<std::pair<std::string, bool>, std::vector<const Surface*>> groups;
-    std::vector<std::pair<std::string, bool>> order;
-    for (const Surface& surface : all) {
-        const std::pair key{keyOf(surface.material.texture), surface.material.tile > 0};
-        if (groups[key].empty())
-            order.push_back(key);
-        groups[key].push_back(&surface);
-    }
-    for (const auto& key : order) {
-        surfaces.push_back({groups[key].front()->material.texture, key.second, int(vertices.size()), 0});
-        for (const Surface* surface : groups[key])
+    for (const Group& group : groupByTexture(all)) {
+        const Material& material = group.front()->material;
+        surfaces.push_back({material.texture, material.tile > 0, int(vertices.size()), 0});
+        for (const Surface* surface : group)
             addSurface(*surface);
         surfaces.back().count = int(vertices.size()) - surfaces.back().first;
     }

@@ -78,12 +78,26 @@ void setFilter(GLint minify, GLint wrap) {
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, wrap);
 }
 
-GLuint makeTexture(int width, int height, const std::uint8_t* pixels) {
+void setPixels(int level, int width, int height, const std::uint8_t* pixels) {
+    glTexImage2D(GL_TEXTURE_2D, level, GL_RGBA8, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
+}
+
+GLuint makeTexture() {
     GLuint texture = 0;
     glGenTextures(1, &texture);
     glBindTexture(GL_TEXTURE_2D, texture);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA8, width, height, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
     return texture;
+}
+
+/// The smaller levels are made here: a software driver takes twenty times as long.
+GLuint makeMippedTexture(platform::Image image) {
+    const GLuint texture = makeTexture();
+    for (int level = 0;; ++level) {
+        setPixels(level, image.pixelWidth(), image.pixelHeight(), image.pixels().data());
+        if (image.pixelWidth() == 1 && image.pixelHeight() == 1)
+            return texture;
+        image = halved(image);
+    }
 }
 
 /// A vertex array over records of floats; `sizes` are those of the attributes, one after the other.
@@ -137,7 +151,8 @@ bool RoomRenderer::isValid() const {
 }
 
 void RoomRenderer::makeTarget() {
-    m_target = makeTexture(m_model.width, m_model.height, nullptr);
+    m_target = makeTexture();
+    setPixels(0, m_model.width, m_model.height, nullptr);
     setFilter(GL_NEAREST, GL_CLAMP_TO_EDGE);
     GLuint depth = 0;
     glGenRenderbuffers(1, &depth);
@@ -150,7 +165,8 @@ void RoomRenderer::makeTarget() {
 }
 
 void RoomRenderer::upload(const RoomMesh& mesh) {
-    m_light = makeTexture(LightMap::kWidth, mesh.light.height(), mesh.light.texels().data());
+    m_light = makeTexture();
+    setPixels(0, LightMap::kWidth, mesh.light.height(), mesh.light.texels().data());
     setFilter(GL_LINEAR, GL_CLAMP_TO_EDGE);
     m_surfaces = uploadTextures(mesh.surfaces);
     m_pictures = uploadTextures(mesh.pictures);
@@ -163,10 +179,7 @@ std::vector<RoomRenderer::Drawable>
 RoomRenderer::uploadTextures(const std::vector<RoomMesh::Batch>& batches) {
     std::vector<Drawable> drawables;
     for (const RoomMesh::Batch& batch : batches) {
-        const platform::Image image = textureImage(batch.texture);
-        drawables.push_back({makeTexture(image.pixelWidth(), image.pixelHeight(), image.pixels().data()),
-                             batch.first, batch.count});
-        glGenerateMipmap(GL_TEXTURE_2D);
+        drawables.push_back({makeMippedTexture(textureImage(batch.texture)), batch.first, batch.count});
         setFilter(GL_LINEAR_MIPMAP_NEAREST, batch.repeats ? GL_REPEAT : GL_CLAMP_TO_EDGE);
     }
     return drawables;

@@ -9,8 +9,8 @@ namespace kestrin::session {
 
 namespace {
 
-constexpr int kRays = 24;
-constexpr int kLampSide = 3;     ///< a lamp is looked at in so many points squared
+constexpr int kRays = 20;
+constexpr int kLampSide = 2;     ///< a lamp is looked at in so many points squared
 constexpr float kReach = 0.9F;   ///< metres up to which a neighbour takes light away
 constexpr float kClear = 0.004F; ///< metres above the surface, free of the surface itself
 

@@ -24,8 +24,8 @@ constexpr std::array kMakers{
     Maker{"tiles", 0.6F, 256, 256, tiles},    Maker{"carpet", 0.5F, 256, 256, carpet},
     Maker{"fabric", 0.2F, 256, 256, fabric},  Maker{"checker", 0.4F, 64, 64, checker},
     Maker{"rug", 0, 400, 300, rug},           Maker{"books", 0, 512, 128, books},
-    Maker{"view", 0, 256, 256, view},         Maker{"poster", 0, 312, 416, poster},
-    Maker{"postcard", 0, 450, 300, postcard},
+    Maker{"view", 0, 224, 224, view},         Maker{"poster", 0, 258, 344, poster},
+    Maker{"postcard", 0, 372, 248, postcard},
 };
 
 const Maker* find(std::string_view name) {
@@ -70,6 +70,26 @@ platform::Image textureImage(const Texture& texture) {
         return *image;
     const Maker* maker = find(std::get<std::string>(texture));
     return maker ? make(*maker) : platform::Image();
+}
+
+platform::Image halved(const platform::Image& image) {
+    const int width = std::max(image.pixelWidth() / 2, 1), height = std::max(image.pixelHeight() / 2, 1);
+    const auto pixels = image.pixels();
+    const auto at = [&](int x, int y) {
+        const int column = std::min(x, image.pixelWidth() - 1), row = std::min(y, image.pixelHeight() - 1);
+        return &pixels[(std::size_t(row) * std::size_t(image.pixelWidth()) + std::size_t(column)) * 4];
+    };
+    std::vector<std::uint8_t> smaller;
+    smaller.reserve(std::size_t(width) * std::size_t(height) * 4);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const std::array four{at(2 * x, 2 * y), at(2 * x + 1, 2 * y), at(2 * x, 2 * y + 1),
+                                  at(2 * x + 1, 2 * y + 1)};
+            for (int channel = 0; channel < 4; ++channel)
+                smaller.push_back(std::uint8_t(
+                    (four[0][channel] + four[1][channel] + four[2][channel] + four[3][channel] + 2) / 4));
+        }
+    return {width, height, std::move(smaller)};
 }
 
 } // namespace kestrin::session

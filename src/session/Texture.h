@@ -12,5 +12,7 @@ float naturalTile(const std::string& name);
 double aspectOf(const Texture& texture);
 /// The pixels; absent when there is no such texture. One that code makes is made afresh. Thread: any.
 platform::Image textureImage(const Texture& texture);
+/// Half as wide and high, at least a pixel; each pixel is the mean of those it stands for.
+platform::Image halved(const platform::Image& image);
 
 } // namespace kestrin::session
