@@ -234,8 +234,8 @@ TEST_F(DrawingTest, TheViewWorksInAnotherWindow) {
 }
 
 TEST_F(DrawingTest, ADelegateThatDiesFirstEndsTheDrawing) {
-    show(*root);
     layer->beforeDraw = [] { std::this_thread::sleep_for(std::chrono::milliseconds(10)); };
+    show(*root);
     present(solid({255, 0, 0}));
     const std::weak_ptr<CameraLayer> weak = layer;
     layer.reset();
@@ -243,6 +243,21 @@ TEST_F(DrawingTest, ADelegateThatDiesFirstEndsTheDrawing) {
     camera.reset();
     root.reset();
     settle();
+}
+
+// An application ends by closing its window; what its objects need may be gone right after.
+TEST_F(DrawingTest, NothingIsHeldByTheThreadOnceTheWindowIsGone) {
+    for (int i = 0; i < 5; ++i) {
+        layer = std::make_shared<CameraLayer>(*camera);
+        layer->beforeDraw = [] { std::this_thread::sleep_for(std::chrono::milliseconds(50)); };
+        camera->setDelegate(layer);
+        show(*root);
+        runUntil([&] { return layer->draws > 0; });
+        const std::weak_ptr<CameraLayer> weak = layer;
+        layer.reset();
+        gtk_window_destroy(window);
+        EXPECT_TRUE(weak.expired());
+    }
 }
 
 // The view goes while its thread is anywhere: asleep, in the delegate, in GL.

@@ -51,6 +51,12 @@ void DrawingThread::setShown(bool shown) {
     change([&] { m_isShown = shown; });
 }
 
+void DrawingThread::stop() {
+    setShown(false);
+    std::unique_lock lock(m_mutex);
+    m_turnEnded.wait(lock, [this] { return !m_isInTurn; });
+}
+
 void DrawingThread::run() {
     nameThread("kestrin drawing");
     gdk_gl_context_make_current(m_ring->drawingContext());
@@ -66,7 +72,7 @@ void DrawingThread::run() {
             finish(work);
         if (m_target)
             m_ring->drop(*std::exchange(m_target, std::nullopt)); // it was not presented
-        turn = {};
+        endTurn(turn);
     }
     m_store->close();
     m_ring->deleteFramebuffers();
@@ -84,7 +90,17 @@ bool DrawingThread::waitForTurn(Turn& turn) {
         return false;
     m_due = std::max(m_due + m_period, Clock::now());
     turn = {m_view.lock(), m_delegate.lock(), m_size};
+    m_isInTurn = true;
     return true;
+}
+
+void DrawingThread::endTurn(Turn& turn) {
+    turn = {};
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isInTurn = false;
+    }
+    m_turnEnded.notify_one();
 }
 
 void DrawingThread::draw(const Turn& turn) {

@@ -28,6 +28,9 @@ class DrawingThread {
     void setFramesPerSecond(int rate);
     void setSize(const platform::Size& pixels);
     void setShown(bool shown);
+    /// Hides it and waits until the frame that is being drawn is over: nothing of the delegate or the view is
+    /// held here then.
+    void stop();
 
     // Thread: drawing, inside the delegate's call.
     bool hasPass() const { return m_target.has_value(); }
@@ -49,6 +52,7 @@ class DrawingThread {
 
     void run();
     bool waitForTurn(Turn& turn);
+    void endTurn(Turn& turn);
     bool isAwake() const { return m_isShown && m_size.width > 0 && m_size.height > 0; }
     void draw(const Turn& turn);
     struct Submitted {
@@ -67,11 +71,11 @@ class DrawingThread {
     const std::shared_ptr<platform::LogSink> m_log;
 
     std::mutex m_mutex;
-    std::condition_variable m_changed;
-    std::weak_ptr<platform::RenderViewDelegate> m_delegate; // guarded
-    Clock::duration m_period{};                             // guarded
-    platform::Size m_size;                                  // guarded
-    bool m_isShown = false, m_ends = false;                 // guarded
+    std::condition_variable m_changed, m_turnEnded;
+    std::weak_ptr<platform::RenderViewDelegate> m_delegate;     // guarded
+    Clock::duration m_period{};                                 // guarded
+    platform::Size m_size;                                      // guarded
+    bool m_isShown = false, m_ends = false, m_isInTurn = false; // guarded
 
     // The thread's own.
     const std::shared_ptr<GlStore> m_store = std::make_shared<GlStore>();

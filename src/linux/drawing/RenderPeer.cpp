@@ -25,6 +25,7 @@ RenderPeer::RenderPeer(platform::View& view, std::shared_ptr<platform::LogSink> 
     m_widget.get()->state->allocated = [this] { updateSize(); };
     m_map = SignalHandler(native, "map", G_CALLBACK(mapped), this);
     m_unmap = SignalHandler(native, "unmap", G_CALLBACK(unmapped), this);
+    m_unrealize = SignalHandler(native, "unrealize", G_CALLBACK(unrealized), this);
     m_scale = SignalHandler(native, "notify::scale-factor", G_CALLBACK(changed), this);
     box().setContent(native);
 }
@@ -56,6 +57,13 @@ void RenderPeer::mapped(gpointer, RenderPeer* self) {
 void RenderPeer::unmapped(gpointer, RenderPeer* self) {
     self->m_windowState.disconnect();
     self->updateShown();
+}
+
+// Whoever takes the view out of its window to end everything must not find the drawing thread still holding
+// on to a part of it. That takes one frame at most.
+void RenderPeer::unrealized(gpointer, RenderPeer* self) {
+    if (self->m_thread)
+        self->m_thread->stop();
 }
 
 void RenderPeer::changed(gpointer, gpointer, RenderPeer* self) {

@@ -26,6 +26,7 @@ class RenderPeer final : public WidgetPeer<platform::RenderViewPeer>, private Re
   private:
     static void mapped(gpointer, RenderPeer* self);
     static void unmapped(gpointer, RenderPeer* self);
+    static void unrealized(gpointer, RenderPeer* self);
     static void changed(gpointer, gpointer, RenderPeer* self);
     void startThread();
     void updateShown();
@@ -42,7 +43,7 @@ class RenderPeer final : public WidgetPeer<platform::RenderViewPeer>, private Re
     std::unique_ptr<DrawingThread> m_thread;
     std::shared_ptr<FrameRing> m_ring;
     bool m_hasFailed = false;
-    SignalHandler m_map, m_unmap, m_scale, m_windowState;
+    SignalHandler m_map, m_unmap, m_unrealize, m_scale, m_windowState;
 };
 
 } // namespace kestrin::gtk
