@@ -55,8 +55,8 @@ void WebKitPeer::setScroll(const platform::ScrollSettings& settings) {
     paintBackground();
 }
 
-// The page itself is always transparent and the widget below it has the colours: a page that was opaque once
-// does not become transparent again.
+// The page itself is always transparent and the widget below it has the colours: they change at once, without
+// the page's process.
 void WebKitPeer::paintBackground() {
     const bool opaque = m_isOpaque || m_scroll.opaque;
     const platform::Color base = opaque ? platform::kWhite : platform::kClear;

@@ -1,6 +1,6 @@
 #include "linux/web/WebKitToolkit.h"
 
-#include "linux/web/WebEnvironment.h"
+#include "linux/web/Sandbox.h"
 #include "linux/web/WebKitPeer.h"
 
 #include <utility>
@@ -24,16 +24,13 @@ void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
 } // namespace
 
 WebKitToolkit::WebKitToolkit(std::shared_ptr<platform::LogSink> log, WebOptions options)
-    : m_log(std::move(log)), m_options(std::move(options)) {
-    m_session = makeSession(m_options);
-    m_downloads = SignalHandler(m_session.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
+    : m_log(std::move(log)), m_options(std::move(options)), m_session(makeSession(m_options)),
+      m_downloads(m_session.get(), "download-started", G_CALLBACK(refuseDownload), nullptr) {
+    checkSandbox(m_log);
 }
 
 std::unique_ptr<platform::WebViewPeer>
 WebKitToolkit::makeWebPeer(platform::View& view, const platform::WebViewConfiguration& configuration) {
-    if (!std::exchange(m_isSandboxChecked, true))
-        if (const auto problem = sandboxProblem())
-            m_log->write("Kestrin - WebKitToolkit - The web process cannot start: " + *problem);
     platform::WebViewConfiguration extended = configuration;
     extended.developerExtras |= m_options.developerExtras;
     return std::make_unique<WebKitPeer>(view, extended, m_session, m_options.featureLevel, m_log);

@@ -23,7 +23,6 @@ struct WebOptions {
 /// there touches no other web view of the host. Thread: main.
 class WebKitToolkit final : public platform::WebToolkit {
   public:
-    /// To be made before the process has other threads: it may set an environment variable.
     explicit WebKitToolkit(std::shared_ptr<platform::LogSink> log, WebOptions options = {});
 
     std::unique_ptr<platform::WebViewPeer>
@@ -35,9 +34,8 @@ class WebKitToolkit final : public platform::WebToolkit {
   private:
     const std::shared_ptr<platform::LogSink> m_log;
     const WebOptions m_options;
-    GRef<WebKitNetworkSession> m_session;
-    SignalHandler m_downloads;
-    bool m_isSandboxChecked = false;
+    const GRef<WebKitNetworkSession> m_session;
+    const SignalHandler m_downloads;
 };
 
 } // namespace kestrin::gtk
