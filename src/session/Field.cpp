@@ -15,7 +15,6 @@ namespace {
 
 constexpr double kFar = 1000;  // metres: more than any room
 constexpr double kThin = 1e-4; // metres: less than any sheet
-constexpr std::array<std::string_view, 4> kCounts{"no", "a", "two", "three"};
 
 std::string shown(double number) {
     std::array<char, 32> digits{};
@@ -23,9 +22,11 @@ std::string shown(double number) {
     return {digits.begin(), end};
 }
 
-std::string asText(const json::string& text) { return {text.begin(), text.end()}; }
-
-bool isFinite(double value) { return std::isfinite(value); }
+/// Not a number when the value is none.
+double asNumber(const json::value& value) {
+    json::error_code error;
+    return value.is_number() ? value.to_number<double>(error) : NAN;
+}
 
 Vector3 asVector(const std::vector<double>& numbers) {
     return {float(numbers[0]), float(numbers[1]), float(numbers[2])};
@@ -39,38 +40,40 @@ void Field::fail(std::string_view message) const {
     throw FieldError((m_path.empty() ? "" : m_path + ": ") + std::string(message));
 }
 
-void Field::allowKeys(std::initializer_list<std::string_view> keys) const {
+Field Field::member(const json::value& value, std::string_view key) const {
+    return Field(value, (m_path.empty() ? "" : m_path + ".") + std::string(key));
+}
+
+const json::object& Field::object() const {
     const json::object* object = m_value->if_object();
     if (!object)
         fail("expected an object");
-    for (const auto& member : *object)
-        if (std::find(keys.begin(), keys.end(), std::string_view(member.key())) == keys.end())
-            Field(member.value(), (m_path.empty() ? "" : m_path + ".") + std::string(member.key()))
-                .fail("unknown field");
+    return *object;
+}
+
+void Field::allowKeys(std::initializer_list<std::string_view> keys) const {
+    for (const auto& entry : object())
+        if (std::find(keys.begin(), keys.end(), std::string_view(entry.key())) == keys.end())
+            member(entry.value(), entry.key()).fail("unknown field");
 }
 
 std::optional<Field> Field::find(std::string_view key) const {
-    const json::object* object = m_value->if_object();
-    if (!object)
-        fail("expected an object");
-    const json::value* member = object->if_contains(key);
-    if (!member)
-        return {};
-    return Field(*member, (m_path.empty() ? "" : m_path + ".") + std::string(key));
+    const json::value* value = object().if_contains(key);
+    return value ? std::optional(member(*value, key)) : std::nullopt;
 }
 
 Field Field::operator[](std::string_view key) const {
-    const std::optional<Field> member = find(key);
-    if (!member)
-        Field(*m_value, (m_path.empty() ? "" : m_path + ".") + std::string(key)).fail("missing");
-    return *member;
+    const std::optional<Field> found = find(key);
+    if (!found)
+        member(*m_value, key).fail("missing");
+    return *found;
 }
 
 std::string Field::text() const {
     const json::string* text = m_value->if_string();
     if (!text || text->empty() || text->find('\0') != json::string::npos)
         fail("expected a text");
-    return asText(*text);
+    return {text->begin(), text->end()};
 }
 
 bool Field::flag() const {
@@ -80,8 +83,7 @@ bool Field::flag() const {
 }
 
 double Field::number(double least, double most) const {
-    json::error_code error;
-    const double value = m_value->is_number() ? m_value->to_number<double>(error) : NAN;
+    const double value = asNumber(*m_value);
     if (!(value >= least && value <= most))
         fail("expected a number from " + shown(least) + " to " + shown(most));
     return value;
@@ -106,9 +108,8 @@ std::vector<double> Field::numbers(std::size_t count, double least, double most,
         fail(expected);
     std::vector<double> values;
     for (const json::value& item : *array) {
-        json::error_code error;
-        const double value = item.is_number() ? item.to_number<double>(error) : NAN;
-        if (!isFinite(value) || value < least || value > most)
+        const double value = asNumber(item);
+        if (!(value >= least && value <= most))
             fail(expected);
         values.push_back(value);
     }
@@ -131,7 +132,8 @@ Vector3 Field::direction() const {
 float Field::meters() const { return float(number(kThin, kFar)); }
 
 std::vector<double> Field::sizes(std::size_t count) const {
-    return numbers(count, kThin, kFar, "expected " + std::string(kCounts[count]) + " positive numbers");
+    return numbers(count, kThin, kFar,
+                   count == 2 ? "expected two positive numbers" : "expected three positive numbers");
 }
 
 } // namespace kestrin::session

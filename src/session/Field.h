@@ -49,9 +49,12 @@ class Field {
     Vector3 direction() const;
     /// Positive lengths of at most a kilometre.
     float meters() const;
-    std::vector<double> sizes(std::size_t count) const;
+    std::vector<double> sizes(std::size_t count) const; ///< two or three
 
   private:
+    Field member(const boost::json::value& value, std::string_view key) const;
+    const boost::json::object& object() const;
+
     const boost::json::value* m_value;
     std::string m_path;
 };

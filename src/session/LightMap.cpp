@@ -10,14 +10,23 @@ namespace kestrin::session {
 namespace {
 
 constexpr float kTexelsPerMeter = 5, kFineTexelsPerMeter = 8;
-constexpr float kFine = 1.5F;   ///< metres: shorter sides are looked at more finely
-constexpr int kMostTexels = 48; ///< along a side of a patch
-constexpr int kTile = 6;        ///< texels a side that share what stands around them
-constexpr float kInset = 0.98F; ///< edges are looked at a little further in, not inside the neighbour
+constexpr float kFine = 1.5F;      ///< metres: shorter sides are looked at more finely
+constexpr int kMostAlong = 48;     ///< texels along a side of a patch
+constexpr float kMostTexels = 6e4; ///< of all patches: a huge room is looked at more coarsely
+constexpr int kTile = 6;           ///< texels a side that share what stands around them
+constexpr float kInset = 0.98F;    ///< edges are looked at a little further in, not inside the neighbour
 
-int texelsAlong(float meters) {
-    const float density = meters < kFine ? kFineTexelsPerMeter : kTexelsPerMeter;
-    return std::clamp(int(std::ceil(meters * density)) + 1, 2, kMostTexels);
+int texelsAlong(float meters, float scale) {
+    const float density = scale * (meters < kFine ? kFineTexelsPerMeter : kTexelsPerMeter);
+    return std::clamp(int(std::ceil(meters * density)) + 1, 2, kMostAlong);
+}
+
+/// By which densities are made smaller so that the patches of a room keep within their number of texels.
+float scaleFor(const Room& room) {
+    float texels = 0;
+    for (const Surface& surface : room.allSurfaces())
+        texels += float(texelsAlong(surface.quad.width, 1) * texelsAlong(surface.quad.height, 1));
+    return std::min(1.0F, kMostTexels / texels);
 }
 
 /// Of a texel on its surface, in [-1, 1].
@@ -27,10 +36,10 @@ Vector3 times(const Vector3& a, const Vector3& b) { return {a.x * b.x, a.y * b.y
 
 } // namespace
 
-LightMap::LightMap(const Room& room) : m_light(room.light), m_occluders(room) {}
+LightMap::LightMap(const Room& room) : m_light(room.light), m_occluders(room), m_scale(scaleFor(room)) {}
 
 LightMap::Patch LightMap::add(const Quad& quad, const Vector3& tint) {
-    const int columns = texelsAlong(quad.width), rows = texelsAlong(quad.height);
+    const int columns = texelsAlong(quad.width, m_scale), rows = texelsAlong(quad.height, m_scale);
     const Lights lights = lightsOn(quad, columns, rows);
     const Place place = reserve(columns, rows);
     for (int i = 0; i < columns * rows; ++i) {
@@ -42,7 +51,7 @@ LightMap::Patch LightMap::add(const Quad& quad, const Vector3& tint) {
 }
 
 LightMap::Lights LightMap::lightsOn(const Quad& quad, int columns, int rows) const {
-    Lights lights(std::size_t(columns * rows));
+    Lights lights(std::size_t(columns) * std::size_t(rows));
     const float radius =
         kTile * std::hypot(quad.width / float(columns - 1), quad.height / float(rows - 1)) / 2;
     for (int top = 0; top < rows; top += kTile)
@@ -53,7 +62,7 @@ LightMap::Lights LightMap::lightsOn(const Quad& quad, int columns, int rows) con
             const SurfaceLight part(m_light, m_occluders, quad, 0.5F * (first + last), radius);
             for (int y = top; y < bottom; ++y)
                 for (int x = left; x < right; ++x)
-                    lights[std::size_t(y * columns + x)] =
+                    lights[std::size_t(y) * std::size_t(columns) + std::size_t(x)] =
                         part.at(coordinate(x, columns), coordinate(y, rows));
         }
     return lights;

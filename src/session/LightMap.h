@@ -43,6 +43,7 @@ class LightMap {
 
     const RoomLight& m_light;
     const Occluders m_occluders;
+    const float m_scale;
     std::vector<std::uint8_t> m_texels;
     int m_x = 0, m_y = 0, m_rowHeight = 0;
 };
