@@ -16,6 +16,8 @@ class NotingView : public View {
         orientations.push_back(platform::platform().application().orientation());
         if (follows)
             View::toolkitResized(size);
+        else
+            setFrame({{}, {size.width + 1, size.height}});
     }
     std::vector<Size> sizes;
     std::vector<int> orientations;
@@ -66,6 +68,7 @@ TEST_F(RootSizeTest, AFrameThatDiffersIsCorrectedOnce) {
     root->follows = false; // a view that keeps its own size is not told for ever
     root->setFrame({{0, 0}, {640, 480}});
     settle();
+    root->addSubview(makeBox({}, kRed)); // other changes are no occasion to say it again
     settle();
     EXPECT_EQ(root->sizes.size(), 1U);
 }
