@@ -110,11 +110,13 @@ bool WidgetBox::isRoot() const {
 }
 
 void WidgetBox::allocated(const platform::Size& size) {
-    m_allocation = size;
+    const bool changed = std::exchange(m_allocation, size) != size;
     if (!isRoot() || size.width == 0 || size.height == 0)
         return;
     if (m_rootAllocated)
         m_rootAllocated(widget(), size);
+    if (!changed)
+        return;
     m_sizeIsOpen = true;
     reconcileSoon();
 }
