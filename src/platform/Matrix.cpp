@@ -1,5 +1,6 @@
 #include "platform/Matrix.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -58,6 +59,9 @@ Matrix inverse(const Matrix& matrix) {
         std::swap(rows[pivot], rows[best]);
         eliminate(rows, pivot);
     }
+    for (const auto& row : rows)
+        if (!std::ranges::all_of(row, [](double value) { return std::isfinite(value); }))
+            return {};
     Matrix result;
     for (std::size_t c = 0; c < 4; ++c)
         result[c] = {float(rows[0][c + 4]), float(rows[1][c + 4]), float(rows[2][c + 4]),
