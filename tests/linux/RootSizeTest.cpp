@@ -73,6 +73,14 @@ TEST_F(RootSizeTest, AFrameThatDiffersIsCorrectedOnce) {
     EXPECT_EQ(root->sizes.size(), 1U);
 }
 
+TEST_F(RootSizeTest, ASizeSetBetweenTwoWindowsIsCorrectedInTheNext) {
+    show(*root, 200, 120);
+    gtk_window_destroy(window);
+    root->setFrame({{0, 0}, {640, 480}});
+    show(*root, 200, 120);
+    EXPECT_EQ(root->frame().size, (Size{200, 120}));
+}
+
 TEST_F(RootSizeTest, TheOrientationOfTheShapeIsKnownBeforeTheSize) {
     show(*root, 200, 120);
     resizeWindow(100, 160);

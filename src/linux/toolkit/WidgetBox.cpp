@@ -47,15 +47,15 @@ void WidgetBox::onRootAllocated(std::function<void(GtkWidget*, const platform::S
 
 void WidgetBox::setFrame(const platform::Rect& frame) {
     m_widget.get()->state->frame = frame;
-    if (!isRoot()) {
-        gtk_widget_queue_allocate(gtk_widget_get_parent(widget()) ? gtk_widget_get_parent(widget())
-                                                                  : widget());
-        return;
+    GtkWidget* const parent = gtk_widget_get_parent(widget());
+    if (!parent) {
+        m_allocation = {}; // the next one is new, also when it is as large as the last one was
+    } else if (!isRoot()) {
+        gtk_widget_queue_allocate(parent);
+    } else if (!m_isReporting) {
+        m_sizeIsOpen = true;
+        reconcileSoon();
     }
-    if (m_isReporting)
-        return;
-    m_sizeIsOpen = true;
-    reconcileSoon();
 }
 
 void WidgetBox::setHidden(bool hidden) {
