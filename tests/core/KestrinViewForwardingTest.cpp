@@ -59,15 +59,6 @@ TEST_F(Forwarding, KeepsLockedTriggers) {
     expectScript("onTriggerClear();");
 }
 
-TEST_F(Forwarding, HalvesTheViewport) {
-    view->onUpdateViewport({750, 1334});
-    const auto scripts = takeScripts();
-    EXPECT_EQ(scripts[0], call("onViewportUpdate(750.000000,1334.000000);"));
-    // Resizing sets the viewport, which is reported once more and then stays as it is.
-    EXPECT_EQ(std::ranges::count(scripts, scripts[0]), 2);
-    EXPECT_EQ(view->frame().size, (Size{375, 667}));
-}
-
 TEST_F(Forwarding, WordsTheTrackingState) {
     const std::pair<int, const char*> words[] = {
         {0, "Normal"},          {1, "Init"},   {2, "Relocalizing"},
@@ -80,19 +71,6 @@ TEST_F(Forwarding, WordsTheTrackingState) {
     }
     view->onTrackingReasonChange(5);
     expectScript("onTrackingReasonChange('LoadingImageTrackers');");
-    advance(0.4);
-    EXPECT_TRUE(view->getContentView()->isHidden());
-    view->onTrackingReasonChange(1);
-    advance(0.6);
-    EXPECT_FALSE(view->getContentView()->isHidden());
-}
-
-TEST_F(Forwarding, OnlyLogsMarkers) {
-    view->onMarkerFound("m");
-    view->onMarkerLost("m");
-    EXPECT_TRUE(takeScripts().empty());
-    EXPECT_EQ(takeLog(), (Lines{"KestrinView - onMarkerFound - DEPRECATED.",
-                                "KestrinView - onMarkerLost - DEPRECATED."}));
 }
 
 TEST_F(Forwarding, CarriesAFrameFromTheSessionToThePage) {
@@ -103,20 +81,15 @@ TEST_F(Forwarding, CarriesAFrameFromTheSessionToThePage) {
     Matrix pose = Matrix::identity();
     pose[3] = {1, 2, 3, 1};
     offMain([&] {
-        for (int i = 0; i < 100; ++i)
-            session().send(makeFrame(1000.0 * i, pose));
+        session().send(makeFrame(0, pose));
+        session().send(makeFrame(1000, pose));
     });
     EXPECT_TRUE(takeScripts().empty());
     runMain();
     const auto scripts = takeScripts();
-    ASSERT_EQ(scripts.size(), 100U) << "one script a frame";
+    ASSERT_EQ(scripts.size(), 2U) << "one script a frame";
     // Portrait: a quarter turn about z; then the time, 1.0 for the second frame.
     EXPECT_EQ(scripts[1], call("onPose(atob('AACAPwAAAEAAAEBAAAAAAAAAAADzBDU/8wQ1PwAAgD8='));"));
-    const auto plane = std::make_shared<ArPlaneAnchor>();
-    plane->identifier = "P";
-    plane->extent = {1, 0, 2};
-    session().add({plane});
-    EXPECT_TRUE(takeScripts()[0].starts_with(call("onPlaneUpdate('P', atob('")));
 }
 
 } // namespace kestrin

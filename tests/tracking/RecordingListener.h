@@ -17,10 +17,9 @@ class RecordingListener : public CVManagerDelegate {
   public:
     void onMarkerFound(const std::string& name) override { write("found " + name); }
     void onMarkerLost(const std::string& name) override { write("lost " + name); }
-    void onMarkerTracked(const std::string& name, const platform::Matrix& mvp, const platform::Matrix& view,
+    void onMarkerTracked(const std::string& name, const platform::Matrix&, const platform::Matrix& view,
                          double timestamp) override {
         pose = view;
-        mvpIsView = mvp == view;
         write(format("tracked %@ %.1f", name, timestamp));
     }
     void onUpdateProjectionMatrix(const platform::Matrix& matrix) override {
@@ -66,7 +65,6 @@ class RecordingListener : public CVManagerDelegate {
     }
 
     platform::Matrix pose, projection; ///< as told last
-    bool mvpIsView = false;
     std::function<void(const platform::Size&)> whenViewportChanges;
     std::thread::id thread; ///< of the last event
 
