@@ -42,8 +42,7 @@ TEST_F(WebRequests, PermissionsAreDenied) {
 TEST_F(WebRequests, AViewMayGoAtAnyMoment) {
     server.serve("/body", pageWith("<script>for (let i = 0; i < 50; i++) "
                                    "webkit.messageHandlers.kestrin.postMessage('m' + i)</script>"));
-    for (std::size_t step = 2; step <= 12; ++step) {
-        const std::size_t moment = step / 2;
+    for (const std::size_t moment : {2U, 1U, 2U, 3U, 4U, 6U}) {
         page->events.clear();
         page->onEvent = [&] {
             if (page->events.size() == moment)
@@ -56,7 +55,7 @@ TEST_F(WebRequests, AViewMayGoAtAnyMoment) {
         EXPECT_EQ(page->events.size(), moment) << "a destroyed view went on";
     }
     page->onEvent = nullptr;
-    for (const double after : {0.0, 0.01, 0.1, 0.3}) {
+    for (const double after : {0.0, 0.05, 0.3}) {
         show();
         load(server.url("/body"));
         runFor(after);
