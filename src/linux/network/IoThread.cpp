@@ -1,5 +1,7 @@
 #include "linux/network/IoThread.h"
 
+#include "linux/toolkit/ThreadName.h"
+
 #include <utility>
 
 namespace kestrin::gtk {
@@ -33,6 +35,7 @@ void IoThread::post(platform::Task task) {
 }
 
 void IoThread::run() {
+    nameThread("kestrin network");
     g_main_context_push_thread_default(m_context);
     g_main_loop_run(m_loop);
     g_main_context_pop_thread_default(m_context);
