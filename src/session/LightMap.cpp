@@ -39,15 +39,25 @@ Vector3 times(const Vector3& a, const Vector3& b) { return {a.x * b.x, a.y * b.y
 LightMap::LightMap(const Room& room) : m_light(room.light), m_occluders(room), m_scale(scaleFor(room)) {}
 
 LightMap::Patch LightMap::add(const Quad& quad, const Vector3& tint) {
-    const int columns = texelsAlong(quad.width, m_scale), rows = texelsAlong(quad.height, m_scale);
-    const Lights lights = lightsOn(quad, columns, rows);
-    const Place place = reserve(columns, rows);
-    for (int i = 0; i < columns * rows; ++i) {
-        const auto& light = lights[std::size_t(i)];
-        set(place.x + i % columns, place.y + i / columns,
-            times(tint, light ? *light : lightBeside(lights, columns, i)));
-    }
+    const Place place = reserve(texelsAlong(quad.width, m_scale), texelsAlong(quad.height, m_scale));
+    m_jobs.push_back({quad, tint, place});
     return patchOf(place);
+}
+
+void LightMap::bake() {
+    for (const Job& job : m_jobs)
+        bake(job);
+    m_jobs.clear();
+}
+
+void LightMap::bake(const Job& job) {
+    const Place& place = job.place;
+    const Lights lights = lightsOn(job.quad, place.columns, place.rows);
+    for (int i = 0; i < place.columns * place.rows; ++i) {
+        const auto& light = lights[std::size_t(i)];
+        set(place.x + i % place.columns, place.y + i / place.columns,
+            times(job.tint, light ? *light : lightBeside(lights, place.columns, i)));
+    }
 }
 
 LightMap::Lights LightMap::lightsOn(const Quad& quad, int columns, int rows) const {

@@ -20,10 +20,12 @@ class LightMap {
     struct Patch {
         float left = 0, bottom = 0, right = 0, top = 0;
     };
-    /// Works out the light on a surface and keeps it.
+    /// Keeps a place for the light on a surface.
     Patch add(const Quad& quad, const Vector3& tint);
-    /// One that shines with its own colour.
+    /// For one that shines with its own colour.
     Patch addGlowing(const Vector3& color);
+    /// Works out the light on all that was added, which takes a while.
+    void bake();
 
     static constexpr int kWidth = 256;
     /// Rows of RGBA, kWidth wide.
@@ -34,7 +36,13 @@ class LightMap {
     struct Place {
         int x, y, columns, rows;
     };
+    struct Job {
+        Quad quad;
+        Vector3 tint;
+        Place place;
+    };
     using Lights = std::vector<std::optional<Vector3>>; ///< none where the surface is covered
+    void bake(const Job& job);
     Lights lightsOn(const Quad& quad, int columns, int rows) const;
     static Vector3 lightBeside(const Lights& lights, int columns, int index);
     Place reserve(int columns, int rows);
@@ -44,6 +52,7 @@ class LightMap {
     const RoomLight& m_light;
     const Occluders m_occluders;
     const float m_scale;
+    std::vector<Job> m_jobs;
     std::vector<std::uint8_t> m_texels;
     int m_x = 0, m_y = 0, m_rowHeight = 0;
 };

@@ -26,13 +26,14 @@ struct RoomMesh {
         int first = 0, count = 0; ///< vertices
     };
 
+    /// The room must outlive it.
     explicit RoomMesh(const Room& room);
 
     std::vector<Vertex> vertices;
     std::vector<Batch> surfaces;
     std::vector<Batch> pictures;   ///< to be drawn on the surfaces
     std::vector<MarkVertex> marks; ///< to be drawn on both
-    LightMap light;
+    LightMap light;                ///< to be baked
 
   private:
     void addSurface(const Surface& surface);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstddef>
+#include <future>
 
 namespace kestrin::session {
 
@@ -129,6 +130,8 @@ void useProgram(GLuint program, const Matrix& worldToClip) {
 
 std::variant<std::unique_ptr<RoomRenderer>, std::string> RoomRenderer::make(const Room& room,
                                                                             const CameraModel& model) {
+    RoomMesh mesh(room);
+    const auto light = std::async(std::launch::async, [&mesh] { mesh.light.bake(); });
     auto context = OffscreenContext::make();
     if (auto* error = std::get_if<std::string>(&context))
         return std::move(*error);
@@ -136,7 +139,9 @@ std::variant<std::unique_ptr<RoomRenderer>, std::string> RoomRenderer::make(cons
     renderer->makeTarget();
     if (!renderer->isValid())
         return "the GL driver refuses the shaders or the size of the picture";
-    renderer->upload(RoomMesh(room));
+    renderer->upload(mesh);
+    light.wait();
+    renderer->uploadLight(mesh.light);
     return renderer;
 }
 
@@ -165,14 +170,17 @@ void RoomRenderer::makeTarget() {
 }
 
 void RoomRenderer::upload(const RoomMesh& mesh) {
-    m_light = makeTexture();
-    setPixels(0, LightMap::kWidth, mesh.light.height(), mesh.light.texels().data());
-    setFilter(GL_LINEAR, GL_CLAMP_TO_EDGE);
     m_surfaces = uploadTextures(mesh.surfaces);
     m_pictures = uploadTextures(mesh.pictures);
     m_surfaceVertices = makeVertexArray(mesh.vertices, {3, 2, 2});
     m_markVertices = makeVertexArray(mesh.marks, {3, 2, 1});
     m_markCount = int(mesh.marks.size());
+}
+
+void RoomRenderer::uploadLight(const LightMap& light) {
+    m_light = makeTexture();
+    setPixels(0, LightMap::kWidth, light.height(), light.texels().data());
+    setFilter(GL_LINEAR, GL_CLAMP_TO_EDGE);
 }
 
 std::vector<RoomRenderer::Drawable>

@@ -29,6 +29,7 @@ class RoomRenderer {
     bool isValid() const;
     void makeTarget();
     void upload(const RoomMesh& mesh);
+    void uploadLight(const LightMap& light);
     std::vector<Drawable> uploadTextures(const std::vector<RoomMesh::Batch>& batches);
     void drawScene(const Matrix& worldToClip) const;
 

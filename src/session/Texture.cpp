@@ -20,7 +20,7 @@ struct Maker {
 
 constexpr std::array kMakers{
     Maker{"plain", 1, 4, 4, plain},           Maker{"plaster", 1.5F, 256, 256, plaster},
-    Maker{"planks", 1.6F, 384, 384, planks},  Maker{"oak", 0.8F, 384, 256, oak},
+    Maker{"planks", 1.6F, 256, 512, planks},  Maker{"oak", 0.8F, 256, 256, oak},
     Maker{"tiles", 0.6F, 256, 256, tiles},    Maker{"carpet", 0.5F, 256, 256, carpet},
     Maker{"fabric", 0.2F, 256, 256, fabric},  Maker{"checker", 0.4F, 64, 64, checker},
     Maker{"rug", 0, 400, 300, rug},           Maker{"books", 0, 512, 128, books},
