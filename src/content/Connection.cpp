@@ -10,16 +10,6 @@
 namespace kestrin::content {
 namespace {
 
-bool hasClose(SoupMessageHeaders* headers) {
-    return soup_message_headers_header_contains(headers, "Connection", "close");
-}
-
-bool closesAfterwards(SoupServerMessage* message) {
-    return soup_server_message_get_http_version(message) == SOUP_HTTP_1_0 ||
-           hasClose(soup_server_message_get_request_headers(message)) ||
-           hasClose(soup_server_message_get_response_headers(message));
-}
-
 // libsoup closes a connection after each answer when its server listens nowhere, as here, where connections
 // are brought to it. So it is given one end of a pair to listen at, whose other end is closed.
 void keepOpen(SoupServer* server) {
@@ -135,13 +125,8 @@ void Connection::serve() {
                      }),
                      this);
     g_signal_connect(m_server.get(), "request-finished",
-                     G_CALLBACK(+[](SoupServer*, SoupServerMessage* message, gpointer self) {
-                         static_cast<Connection*>(self)->requestEnded(message, true);
-                     }),
-                     this);
-    g_signal_connect(m_server.get(), "request-aborted",
-                     G_CALLBACK(+[](SoupServer*, SoupServerMessage* message, gpointer self) {
-                         static_cast<Connection*>(self)->requestEnded(message, false);
+                     G_CALLBACK(+[](SoupServer*, SoupServerMessage*, gpointer self) {
+                         static_cast<Connection*>(self)->requestFinished();
                      }),
                      this);
     soup_server_accept_iostream(m_server.get(), m_stream.get(), local.get(), remote.get(), nullptr);
@@ -162,13 +147,9 @@ void Connection::requestStarted(SoupServerMessage* message) {
                      this);
 }
 
-void Connection::requestEnded(SoupServerMessage* message, bool isComplete) {
+void Connection::requestFinished() {
     renewDeadline();
     m_isBetweenRequests = true;
-    // One that libsoup is about to close must not keep it waiting for room to write its goodbye.
-    const bool hasRoom = g_socket_condition_check(m_socket.get(), G_IO_OUT) & G_IO_OUT;
-    if (!isComplete || (closesAfterwards(message) && !hasRoom))
-        end();
 }
 
 void Connection::bodyReceived(std::size_t bytes) {

@@ -49,7 +49,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void handsShaken(bool isDone);
     void serve();
     void requestStarted(SoupServerMessage* message);
-    void requestEnded(SoupServerMessage* message, bool isComplete);
+    void requestFinished();
     void bodyReceived(std::size_t bytes);
     void renewDeadline();
     /// What was written still reaches the client.

@@ -10,13 +10,13 @@ namespace kestrin::content {
 class Connections {
   public:
     explicit Connections(ConnectionSetup setup);
+    /// Ends all connections, and waits until the threads that shake hands for them have let go.
+    ~Connections();
     Connections(const Connections&) = delete;
     Connections& operator=(const Connections&) = delete;
 
     /// Takes a client in, unless there are too many.
     void admit(GPointer<GSocket> socket);
-    /// Ends all connections, and waits until the threads that worked for them have let go.
-    void endAll();
 
   private:
     void sweep();

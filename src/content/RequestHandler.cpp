@@ -16,12 +16,12 @@ const char* pathOf(SoupServerMessage* message) {
 }
 
 // Split first and decoded after, so that an escaped slash never separates. None when an escape is broken or
-// stands for a slash or a NUL.
+// stands for a NUL.
 std::optional<std::vector<std::string>> segmentsOf(const char* path) {
     std::vector<std::string> segments;
     for (const char* begin = *path == '/' ? path + 1 : path;;) {
         const char* const end = begin + std::strcspn(begin, "/");
-        const GText segment(g_uri_unescape_segment(begin, end, "/"));
+        const GText segment(g_uri_unescape_segment(begin, end, nullptr));
         if (!segment)
             return std::nullopt;
         segments.emplace_back(segment.get());

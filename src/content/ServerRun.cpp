@@ -62,7 +62,6 @@ void ServerRun::serve() {
     while (!m_stopping)
         g_main_context_iteration(m_context.get(), TRUE);
     m_acceptor.reset();
-    m_connections->endAll();
     m_connections.reset();
 }
 

@@ -2,9 +2,17 @@
 #include "Fixture.h"
 #include "RawConnection.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <ctime>
 #include <list>
+#include <netinet/in.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
+#include <vector>
 
 namespace kestrin::content {
 namespace {
@@ -13,6 +21,28 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* kGetFilm = "GET /template/film.mp4 HTTP/1.1\r\nHost: localhost\r\n\r\n";
+
+/// While one is there, the process can open nothing more.
+class NoDescriptors {
+  public:
+    NoDescriptors() {
+        getrlimit(RLIMIT_NOFILE, &m_before);
+        const rlimit few{300, m_before.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &few);
+        for (int taken; (taken = dup(STDERR_FILENO)) >= 0;)
+            m_taken.push_back(taken);
+    }
+    ~NoDescriptors() {
+        std::for_each(m_taken.begin(), m_taken.end(), close);
+        setrlimit(RLIMIT_NOFILE, &m_before);
+    }
+    NoDescriptors(const NoDescriptors&) = delete;
+    NoDescriptors& operator=(const NoDescriptors&) = delete;
+
+  private:
+    rlimit m_before;
+    std::vector<int> m_taken;
+};
 
 class BoundsTest : public ServerTest {
   protected:
@@ -136,6 +166,13 @@ TEST_F(BoundsTest, LongHeadsAndBodiesEnd) {
     expectServed();
 }
 
+TEST_F(BoundsTest, WhatIsNotTlsIsTurnedAwayAtOnce) {
+    start();
+    RawConnection connection(server->port(), RawConnection::Greeting::None);
+    connection.send("GET /template/ HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    EXPECT_TRUE(connection.isEnded());
+}
+
 TEST_F(BoundsTest, NonsenseDoesNoHarm) {
     start();
     for (const std::string& nonsense :
@@ -180,6 +217,30 @@ TEST_F(BoundsTest, ConnectionsAreCountedAndForgotten) {
             std::this_thread::sleep_for(5ms);
         std::this_thread::sleep_for(50ms);
     }
+    expectServed();
+}
+
+TEST_F(BoundsTest, WithoutDescriptorsClientsWait) {
+    start();
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(server->port());
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const int client = socket(AF_INET, SOCK_STREAM, 0);
+    {
+        const NoDescriptors none;
+        const std::clock_t began = std::clock();
+        EXPECT_EQ(connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+        std::this_thread::sleep_for(500ms);
+        EXPECT_LT(std::clock() - began, CLOCKS_PER_SEC / 4); // it does not try again and again meanwhile
+    }
+    EXPECT_EQ(send(client, "nonsense", 8, 0), 8);
+    char end;
+    const timeval patience{10, 0};
+    setsockopt(client, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    const ssize_t got = recv(client, &end, 1, 0);
+    EXPECT_TRUE(got == 0 || (got < 0 && errno == ECONNRESET)); // accepted after all, and turned away
+    close(client);
     expectServed();
 }
 

@@ -127,6 +127,8 @@ TEST_F(TraversalTest, LinksAreFollowedOnlyInside) {
     fs::create_directory_symlink("sub", site / "alias");
     fs::create_symlink("../secret.txt", site / "out.txt");
     fs::create_symlink(folder.path() / "secret.txt", site / "out-absolute.txt");
+    folder.write("site-secret.txt", "the secret");
+    fs::create_symlink("../site-secret.txt", site / "out-beside.txt");
     fs::create_symlink("out.txt", site / "out-twice.txt");
     fs::create_directory_symlink("..", site / "up");
     fs::create_directory_symlink("../elsewhere", site / "away");
@@ -138,8 +140,8 @@ TEST_F(TraversalTest, LinksAreFollowedOnlyInside) {
         EXPECT_TRUE(get(std::string("/template/") + inside).ends_with("\r\n\r\ninside")) << inside;
     EXPECT_TRUE(get("/template/alias/").ends_with("\r\n\r\nsub"));
     for (const char* const out :
-         {"out.txt", "out-absolute.txt", "out-twice.txt", "up/secret.txt", "up/site/index.html/", "away/",
-          "away/index.html", "root/etc/passwd", "self", "dangling"})
+         {"out.txt", "out-absolute.txt", "out-beside.txt", "out-twice.txt", "up/secret.txt",
+          "up/site/index.html/", "away/", "away/index.html", "root/etc/passwd", "self", "dangling"})
         expectRefused(std::string("/template/") + out);
     EXPECT_TRUE(get("/template/up/site/index.html").starts_with("HTTP/1.1 200 ")); // it comes back in
 }
