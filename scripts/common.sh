@@ -2,6 +2,8 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 export CCACHE_DIR="${CCACHE_DIR:-${XDG_CACHE_HOME:-$HOME/.cache}/kestrin-ccache}"
+# So that another checkout finds what this one compiled.
+export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 # No accessibility bus and no colour codes in logs.
 export GTK_A11Y=none
 
