@@ -1,4 +1,5 @@
 #include "linux/LinuxPlatform.h"
+#include "linux/PrivateHome.h"
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
@@ -23,6 +24,7 @@ class CountingTracking final : public platform::WorldTracking {
 Options quiet() {
     Options options;
     options.applicationId = "org.kestrin.PlatformTest";
+    options.bundle = (test::privateHome() / "bundle").string();
     options.logLevel = LogLevel::off;
     return options;
 }
