@@ -25,7 +25,8 @@ build() {
 build_web() {
   say "Building the page side"
   if [ ! -e web/node_modules/.package-lock.json ] || [ web/package-lock.json -nt web/node_modules/.package-lock.json ]; then
-    (cd web && npm ci --no-audit --no-fund --loglevel=error)
+    # Not `npm ci`: npm 11 asks a lock file for the packages of platforms that a registry may not carry.
+    (cd web && npm install --no-save --no-audit --no-fund --loglevel=error)
     touch web/node_modules/.package-lock.json
   fi
   (cd web && npm run --silent build)
