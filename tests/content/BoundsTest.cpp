@@ -87,29 +87,6 @@ TEST_F(ImpatientTest, UnfinishedRequestsEnd) {
     expectServed();
 }
 
-TEST_F(ImpatientTest, ATrickleDoesNotKeepARequestAlive) {
-    start();
-    RawConnection connection(server->port());
-    connection.send("GET /template/ HTTP/1.1\r\nHost: localhost\r\nX: ");
-    const auto began = Clock::now();
-    while (connection.send("x") && Clock::now() - began < 8s)
-        std::this_thread::sleep_for(20ms);
-    EXPECT_LT(Clock::now() - began, 5s);
-}
-
-TEST_F(ImpatientTest, AConnectionKeptOpenIsUsedAgainAndThenEnds) {
-    start();
-    RawConnection connection(server->port());
-    for (int i = 0; i < 3; ++i) {
-        connection.send("HEAD /template/ HTTP/1.1\r\nHost: localhost\r\n\r\n");
-        ASSERT_EQ(connection.receive(15), "HTTP/1.1 200 OK");
-        std::string rest;
-        while (!rest.ends_with("\r\n\r\n"))
-            rest += connection.receive(1);
-    }
-    EXPECT_TRUE(connection.isEnded());
-}
-
 TEST_F(ImpatientTest, AReaderThatStallsIsLetGo) {
     start();
     for (int i = 0; i < 8; ++i)
@@ -119,31 +96,6 @@ TEST_F(ImpatientTest, AReaderThatStallsIsLetGo) {
     std::this_thread::sleep_for(2s);
     for (RawConnection& connection : connections)
         EXPECT_LT(connection.receiveAll().size(), 24u << 20);
-    expectServed();
-}
-
-TEST_F(ImpatientTest, AReaderThatIsSlowGetsEverything) {
-    start();
-    RawConnection connection(server->port());
-    connection.send("GET /template/film.mp4 HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
-    std::string all;
-    for (std::string some; !(some = connection.receive(1 << 20)).empty(); all += some)
-        std::this_thread::sleep_for(100ms);
-    EXPECT_TRUE(all.ends_with("\r\n\r\n" + std::string(24 << 20, 'f'))) << all.size();
-}
-
-// The connection is to be closed while its buffers are full, which must not hold up the server's only thread.
-TEST_F(BoundsTest, AClientThatLeavesWithoutReadingHoldsUpNobody) {
-    folder.write("site/part.bin", std::string(3 << 20, 'p'));
-    start();
-    for (const char* const path : {"/template/part.bin", "/template/film.mp4"})
-        for (const char* const after : {"", "Connection: close\r\n"})
-            connections.emplace_back(server->port())
-                .send(std::string("GET ") + path + " HTTP/1.1\r\nHost: localhost\r\n" + after + "\r\n");
-    std::this_thread::sleep_for(100ms);
-    for (RawConnection& connection : connections)
-        connection.finishSending();
-    std::this_thread::sleep_for(100ms);
     expectServed();
 }
 
@@ -198,61 +150,6 @@ TEST_F(BoundsTest, NonsenseDoesNoHarm) {
         connection.send(kGetFilm);
         connection.reset();
     }
-    expectServed();
-}
-
-TEST_F(BoundsTest, ConnectionsAreCountedAndForgotten) {
-    options.limits.connections = 4;
-    start();
-    for (int round = 0; round < 3; ++round) {
-        for (int i = 0; i < 4; ++i)
-            EXPECT_TRUE(connections.emplace_back(server->port()).isUp());
-        EXPECT_TRUE(RawConnection(server->port(), RawConnection::Greeting::None).isEnded());
-        EXPECT_FALSE(RawConnection(server->port()).isUp());
-        connections.front().send(kGetFilm); // those that were there first are still served
-        EXPECT_EQ(connections.front().receive(15), "HTTP/1.1 200 OK");
-        connections.clear();
-        const auto until = Clock::now() + 5s; // the server learns of the ends in its own time
-        while (!RawConnection(server->port()).isUp() && Clock::now() < until)
-            std::this_thread::sleep_for(5ms);
-        std::this_thread::sleep_for(50ms);
-    }
-    expectServed();
-}
-
-TEST_F(BoundsTest, WithoutDescriptorsClientsWait) {
-    start();
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(server->port());
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const int client = socket(AF_INET, SOCK_STREAM, 0);
-    {
-        const NoDescriptors none;
-        const std::clock_t began = std::clock();
-        EXPECT_EQ(connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-        std::this_thread::sleep_for(500ms);
-        EXPECT_LT(std::clock() - began, CLOCKS_PER_SEC / 4); // it does not try again and again meanwhile
-    }
-    EXPECT_EQ(send(client, "nonsense", 8, 0), 8);
-    char end;
-    const timeval patience{10, 0};
-    setsockopt(client, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    const ssize_t got = recv(client, &end, 1, 0);
-    EXPECT_TRUE(got == 0 || (got < 0 && errno == ECONNRESET)); // accepted after all, and turned away
-    close(client);
-    expectServed();
-}
-
-TEST_F(BoundsTest, AFileThatShrinksCutsItsAnswerShort) {
-    start();
-    RawConnection connection(server->port());
-    connection.send(kGetFilm);
-    std::string all = connection.receive(1 << 20);
-    std::filesystem::resize_file(folder.path() / "site/film.mp4", 1 << 20);
-    all += connection.receiveAll();
-    EXPECT_LT(all.size(), 24u << 20);
-    EXPECT_EQ(all.find('\0'), std::string::npos);
     expectServed();
 }
 

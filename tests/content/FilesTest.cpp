@@ -62,15 +62,6 @@ TEST_F(FilesTest, ServesTheFilesOfAFolder) {
         EXPECT_EQ(client.get(url(folderPath)).status, 404u) << folderPath;
 }
 
-TEST_F(FilesTest, AnEditedFileIsServedAnew) {
-    start();
-    EXPECT_EQ(client.get(url("index.html")).body, kPage);
-    folder.write("site/index.html", "changed");
-    EXPECT_EQ(client.get(url("index.html")).body, "changed");
-    std::filesystem::remove(folder.path() / "site/index.html");
-    EXPECT_EQ(client.get(url("index.html")).status, 404u);
-}
-
 TEST_F(FilesTest, OneFileIsServedAlone) {
     folder.write("site/my p\u00e4ge.html", "mine");
     application.page = folder.path() / "site" / "my p\u00e4ge.html";
@@ -79,48 +70,6 @@ TEST_F(FilesTest, OneFileIsServedAlone) {
     EXPECT_EQ(client.get(server->templateUrl(Form::Direct)).body, "mine");
     EXPECT_EQ(client.get(url("")).body, "mine");
     EXPECT_EQ(client.get(url("index.html")).status, 404u);
-}
-
-TEST_F(FilesTest, ServesOneRange) {
-    const std::string body = pattern(200000);
-    folder.write("site/clip.mp4", body);
-    folder.write("site/empty.txt", "");
-    start();
-    struct {
-        const char *range, *contentRange;
-        std::size_t first, size;
-    } const cases[] = {
-        {"bytes=0-0", "bytes 0-0/200000", 0, 1},
-        {"bytes=0-", "bytes 0-199999/200000", 0, 200000},
-        {"bytes=65535-131072", "bytes 65535-131072/200000", 65535, 65538},
-        {"bytes=199999-", "bytes 199999-199999/200000", 199999, 1},
-        {"bytes=100000-9223372036854775807", "bytes 100000-199999/200000", 100000, 100000},
-        {"bytes=-5", "bytes 199995-199999/200000", 199995, 5},
-        {"bytes=-900000", "bytes 0-199999/200000", 0, 200000},
-    };
-    for (const auto& [range, contentRange, first, size] : cases) {
-        SCOPED_TRACE(range);
-        const Answer answer = client.get(url("clip.mp4"), {{"Range", range}});
-        EXPECT_EQ(answer.status, 206u);
-        EXPECT_EQ(answer.headers.at("Content-Range"), contentRange);
-        EXPECT_TRUE(answer.body == body.substr(first, size)) << answer.body.size() << " bytes";
-    }
-    for (const char* const whole :
-         {"bytes=0-1,5-6", "bytes=5-2", "bytes=x-y", "bytes=", "rows=0-1", "bytes=--5-"}) {
-        SCOPED_TRACE(whole);
-        const Answer answer = client.get(url("clip.mp4"), {{"Range", whole}});
-        EXPECT_EQ(answer.status, 200u);
-        EXPECT_TRUE(answer.body == body);
-    }
-    EXPECT_EQ(client.get(url("clip.mp4"), {{"Range", "bytes=0-1"}, {"If-Range", "\"tag\""}}).status, 200u);
-    for (const char* const beyond : {"bytes=200000-", "bytes=200000-200001", "bytes=-0"}) {
-        SCOPED_TRACE(beyond);
-        const Answer answer = client.get(url("clip.mp4"), {{"Range", beyond}});
-        EXPECT_EQ(answer.status, 416u);
-        EXPECT_EQ(answer.headers.at("Content-Range"), "bytes */200000");
-        EXPECT_NE(answer.body.find("\"status\":\"416\""), std::string::npos);
-    }
-    EXPECT_EQ(client.get(url("empty.txt"), {{"Range", "bytes=0-"}}).status, 416u);
 }
 
 } // namespace

@@ -42,26 +42,6 @@ TEST_F(LifecycleTest, StartsAndStopsFiftyTimes) {
     EXPECT_LE(openFiles(), before);
 }
 
-TEST_F(LifecycleTest, StopsAtOnceAfterStarting) {
-    for (int round = 0; round < 100; ++round) {
-        start();
-        server.reset();
-    }
-}
-
-TEST_F(LifecycleTest, TakesItsPortUpAgain) {
-    start();
-    options.port = server->port();
-    Client client;
-    for (int round = 0; round < 3; ++round) {
-        EXPECT_EQ(client.get(server->templateUrl(Form::Direct)).body, kPage);
-        server->stop();
-        EXPECT_EQ(client.get(urlOf(options.port, "/template/")).status, 0u);
-        start();
-        EXPECT_EQ(server->port(), options.port);
-    }
-}
-
 TEST_F(LifecycleTest, SaysWhatStandsInTheWay) {
     start();
     ServerOptions taken;
@@ -115,56 +95,6 @@ TEST_F(LifecycleTest, AnswersManyAtOnce) {
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(right, 8 * 25 * 2);
-}
-
-TEST_F(LifecycleTest, StopsUnderLoad) {
-    folder.write("site/film.mp4", std::string(4 << 20, 'f'));
-    start();
-    const std::string film = urlOf(server->port(), "/template/film.mp4");
-    std::atomic<bool> over = false;
-    std::atomic<int> whole = 0;
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread)
-        threads.emplace_back([&] {
-            Client client;
-            while (!over) {
-                const Answer answer = client.get(film);
-                if (answer.status == 200)
-                    ++whole;
-            }
-        });
-    while (whole < 4)
-        std::this_thread::yield();
-    server->stop();
-    over = true;
-    for (std::thread& thread : threads)
-        thread.join();
-}
-
-TEST_F(LifecycleTest, ServersStandSideBySide) {
-    start();
-    folder.write("other/index.html", "other");
-    Application second = application;
-    second.page = folder.path() / "other";
-    ServerOptions ipv6;
-    ipv6.address = "::1";
-    ContentServer other(second, ipv6);
-    const auto error = other.start();
-    ASSERT_FALSE(error) << *error;
-    const std::string port = std::to_string(other.port());
-    EXPECT_EQ(other.templateUrl(Form::Direct), "https://[::1]:" + port + "/template/index.html");
-    EXPECT_EQ(other.hostMapEntry(), "content.kestrin.test=[::1]:" + port);
-    Client client;
-    RawConnection connection(other.port(), RawConnection::Greeting::Tls, "::1");
-    connection.send("GET /template/ HTTP/1.1\r\nHost: [::1]\r\nConnection: close\r\n\r\n");
-    EXPECT_TRUE(connection.receiveAll().ends_with("\r\n\r\nother"));
-    EXPECT_EQ(client.get(server->templateUrl(Form::Direct)).body, kPage);
-}
-
-TEST_F(LifecycleTest, EveryAddressIsReachedByLoopback) {
-    options.address = "0.0.0.0";
-    start();
-    EXPECT_TRUE(server->templateUrl(Form::Direct).starts_with("https://127.0.0.1:"));
 }
 
 TEST_F(LifecycleTest, CertificateAnswersForItsNames) {

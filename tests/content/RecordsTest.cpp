@@ -40,13 +40,6 @@ TEST_F(RecordsTest, ApplicationRecordHoldsItsFlagsAsText) {
     EXPECT_EQ(flags, (json::array{"photoshare", "snap", "photoshare"}));
 }
 
-TEST_F(RecordsTest, NoFlagsAreAnEmptyArrayInText) {
-    application.featureFlags.clear();
-    start();
-    const json::value record = json::parse(get(std::string("/api/v2/application/") + kId).body);
-    EXPECT_EQ(text(record.at("data").at("attributes").at("feature_flags")), "[]");
-}
-
 TEST_F(RecordsTest, KeyStringOpensTheTemplateInBothForms) {
     start();
     const std::string port = std::to_string(server->port());
@@ -75,31 +68,6 @@ TEST_F(RecordsTest, ApplicationKeyIsTheDirectKeyString) {
     const Answer answer = get(std::string("/api/v2/application/") + kId + "/appkey");
     ASSERT_EQ(answer.status, 200u);
     EXPECT_EQ(text(json::parse(answer.body).at("data").at("appkey")), server->keyString(Form::Direct));
-}
-
-TEST_F(RecordsTest, WithoutAThemeTheCommandHasNone) {
-    application.theme.clear();
-    start();
-    const json::value key = json::parse(decoded(server->keyString(Form::Direct)));
-    const json::value command = json::parse(decoded(text(key.at("baseCommand"))));
-    EXPECT_EQ(command.at(0).at("data"), (json::object{{"appID", kId}}));
-}
-
-TEST_F(RecordsTest, DerivedIdIsAUuidAndFollowsThePage) {
-    application.id.clear();
-    start();
-    const std::string id = server->applicationId();
-    EXPECT_TRUE(g_uuid_string_is_valid(id.c_str())) << id;
-    EXPECT_EQ(get("/api/v2/application/" + id).status, 200u);
-
-    application.page = folder.path() / "site" / ".." / "site" / "."; // the same folder in other words
-    start();
-    EXPECT_EQ(server->applicationId(), id);
-
-    folder.write("other/index.html", kPage);
-    application.page = folder.path() / "other";
-    start();
-    EXPECT_NE(server->applicationId(), id);
 }
 
 TEST_F(RecordsTest, WhatIsNotThereIsAnErrorRecord) {

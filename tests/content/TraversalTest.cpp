@@ -97,25 +97,6 @@ TEST_F(TraversalTest, NoPathLeavesTheFolder) {
     EXPECT_TRUE(get("/template/sub/a.txt").starts_with("HTTP/1.1 200 "));
 }
 
-// GLib tidies dots up before a request is seen; the files do not rely on it.
-TEST_F(TraversalTest, TheFilesThemselvesTakeOnlyPlainNames) {
-    using Segments = std::vector<std::string>;
-    folder.write("site/sub/index.html", "sub");
-    const TemplateFiles files(std::filesystem::canonical(application.page));
-    for (const Segments& way : {Segments{"..", "secret.txt"},
-                                {"sub", "..", "..", "secret.txt"},
-                                {"../secret.txt"},
-                                {"sub/index.html"},
-                                {"sub", ".", "index.html"},
-                                {"sub", "..", "index.html"},
-                                {"", "index.html"},
-                                {"index.html\0"s},
-                                {}})
-        EXPECT_FALSE(files.open(way)) << way.size();
-    EXPECT_TRUE(files.open({"sub", "index.html"}));
-    EXPECT_TRUE(files.open({"sub", ""}));
-}
-
 TEST_F(TraversalTest, LinksAreFollowedOnlyInside) {
     namespace fs = std::filesystem;
     const fs::path site = folder.path() / "site";
@@ -144,23 +125,6 @@ TEST_F(TraversalTest, LinksAreFollowedOnlyInside) {
           "up/site/index.html/", "away/", "away/index.html", "root/etc/passwd", "self", "dangling"})
         expectRefused(std::string("/template/") + out);
     EXPECT_TRUE(get("/template/up/site/index.html").starts_with("HTTP/1.1 200 ")); // it comes back in
-}
-
-TEST_F(TraversalTest, AFileThatBecomesALinkIsRefused) {
-    folder.write("site/a.txt", "a");
-    start();
-    std::filesystem::remove(folder.path() / "site/a.txt");
-    std::filesystem::create_symlink("../secret.txt", folder.path() / "site/a.txt");
-    expectRefused("/template/a.txt");
-}
-
-TEST_F(TraversalTest, OnlyRegularFilesAreServed) {
-    ASSERT_EQ(mkfifo((folder.path() / "site" / "pipe").c_str(), 0600), 0);
-    std::filesystem::create_symlink("/dev/zero", folder.path() / "site" / "zero");
-    std::filesystem::create_directory(folder.path() / "site" / "index.html.d");
-    start();
-    for (const char* const odd : {"pipe", "zero", "index.html.d"})
-        expectRefused(std::string("/template/") + odd);
 }
 
 TEST_F(TraversalTest, OnePageServesNoNeighbour) {
