@@ -10,7 +10,7 @@ namespace kestrin::test {
 
 using gtk::GRef;
 
-FaultyServer::FaultyServer(Scheme scheme) : m_scheme(scheme) {
+FaultyServer::FaultyServer() {
     auto certificate = content::makeCertificate({"localhost", "127.0.0.1", "mapped.test"});
     m_certificate = GRef<GTlsCertificate>::ref(certificate.get());
     m_socket = GRef<GSocket>::adopt(
@@ -45,8 +45,8 @@ void FaultyServer::serve(const std::string& path, Reply reply) {
     serve(path, [reply = std::move(reply)](const Request&) { return reply; });
 }
 
-std::string FaultyServer::url(const std::string& path, const std::string& host) const {
-    return (m_scheme == Scheme::https ? "https://" : "http://") + host + ":" + std::to_string(m_port) + path;
+std::string FaultyServer::url(const std::string& path) const {
+    return "https://127.0.0.1:" + std::to_string(m_port) + path;
 }
 
 int FaultyServer::requests(const std::string& path) const {
@@ -55,34 +55,18 @@ int FaultyServer::requests(const std::string& path) const {
     return found == m_requests.end() ? 0 : found->second;
 }
 
-int FaultyServer::connections() const { return m_connections; }
-
-std::size_t FaultyServer::bytesWritten() const {
-    const std::lock_guard lock(m_mutex);
-    return m_bytesWritten;
-}
-
 void FaultyServer::accept() {
     while (GSocket* accepted = g_socket_accept(m_socket.get(), m_ending.get(), nullptr)) {
         const auto socket = GRef<GSocket>::adopt(accepted);
         auto connection =
             GRef<GSocketConnection>::adopt(g_socket_connection_factory_create_connection(socket.get()));
-        ++m_connections;
         m_attendants.emplace_back([this, connection = std::move(connection)] { attend(connection); });
     }
 }
 
-GRef<GIOStream> FaultyServer::secure(const GRef<GSocketConnection>& connection) {
-    if (m_scheme == Scheme::http)
-        return GRef<GIOStream>::ref(G_IO_STREAM(connection.get()));
-    auto tls = GRef<GIOStream>::adopt(
-        g_tls_server_connection_new(G_IO_STREAM(connection.get()), m_certificate.get(), nullptr));
-    g_tls_connection_handshake(G_TLS_CONNECTION(tls.get()), m_ending.get(), nullptr);
-    return tls;
-}
-
 void FaultyServer::attend(const GRef<GSocketConnection>& connection) {
-    const GRef<GIOStream> stream = secure(connection);
+    const auto stream = GRef<GIOStream>::adopt(
+        g_tls_server_connection_new(G_IO_STREAM(connection.get()), m_certificate.get(), nullptr));
     const auto input =
         GRef<GDataInputStream>::adopt(g_data_input_stream_new(g_io_stream_get_input_stream(stream.get())));
     g_data_input_stream_set_newline_type(input.get(), G_DATA_STREAM_NEWLINE_TYPE_CR_LF);
@@ -146,8 +130,6 @@ bool FaultyServer::write(GOutputStream* output, const Piece& piece) {
         if (!g_output_stream_write_all(output, piece.bytes.data(), piece.bytes.size(), nullptr,
                                        m_ending.get(), nullptr))
             return false;
-        const std::lock_guard lock(m_mutex);
-        m_bytesWritten += piece.bytes.size();
     }
     return true;
 }

@@ -4,7 +4,6 @@
 
 #include <gio/gio.h>
 
-#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -34,9 +33,8 @@ class FaultyServer {
         enum class Then { keepAlive, close, hang } then = Then::keepAlive;
     };
     using Handler = std::function<Reply(const Request&)>;
-    enum class Scheme { http, https };
 
-    explicit FaultyServer(Scheme scheme = Scheme::https);
+    FaultyServer();
     ~FaultyServer();
 
     /// A whole answer; `headers` are lines that end in CRLF.
@@ -47,23 +45,19 @@ class FaultyServer {
     void serve(const std::string& path, const std::string& html) { serve(path, reply(html)); }
 
     int port() const { return m_port; }
-    std::string url(const std::string& path, const std::string& host = "127.0.0.1") const;
+    std::string url(const std::string& path) const;
     GTlsCertificate* certificate() const { return m_certificate.get(); }
     /// How often the path was asked for.
     int requests(const std::string& path) const;
-    int connections() const;
-    std::size_t bytesWritten() const;
 
   private:
     void accept();
     void attend(const gtk::GRef<GSocketConnection>& connection);
-    gtk::GRef<GIOStream> secure(const gtk::GRef<GSocketConnection>& connection);
     std::optional<std::pair<std::string, Request>> readRequest(GDataInputStream* input);
     Reply answer(const std::string& path, const Request& request);
     bool write(GOutputStream* output, const Piece& piece);
     void wait(double seconds);
 
-    const Scheme m_scheme;
     const gtk::GRef<GCancellable> m_ending = gtk::GRef<GCancellable>::adopt(g_cancellable_new());
     gtk::GRef<GTlsCertificate> m_certificate;
     gtk::GRef<GSocket> m_socket;
@@ -71,9 +65,7 @@ class FaultyServer {
     mutable std::mutex m_mutex;
     std::map<std::string, Handler> m_handlers; // guarded
     std::map<std::string, int> m_requests;     // guarded
-    std::size_t m_bytesWritten = 0;            // guarded
     std::vector<std::thread> m_attendants;     ///< grown by the accepting thread only
-    std::atomic<int> m_connections = 0;
     std::thread m_acceptor;
 };
 

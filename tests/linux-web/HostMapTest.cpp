@@ -33,23 +33,14 @@ TEST(HostMap, SaysWhatIsWrong) {
     };
     for (const auto& [text, part] : {Case{"server.test", "'server.test': '=' is missing"},
                                      {"=1.2.3.4:5", "'': the host is a bare name"},
-                                     {"https://a=1.2.3.4:5", "'https://a': the host is a bare name"},
                                      {"a:443=1.2.3.4:5", "'a:443': the host is a bare name"},
-                                     {"a b=1.2.3.4:5", "'a b': the host is a bare name"},
                                      {"a=1.2.3.4", "'1.2.3.4': the port is missing"},
-                                     {"a=[::1]", "'[::1]': the port is missing"},
-                                     {"a=", "'': the port is missing"},
                                      {"a=:5", "'': this is no address"},
-                                     {"a=[]:5", "'[]': this is no address"},
                                      {"a=[::1:5", "'[::1': this is no address"},
-                                     {"a=1.2.3.4]:5", "'1.2.3.4]': this is no address"},
                                      {"a=x@y:5", "'x@y': this is no address"},
                                      {"a=::1:5", "'::1': an IPv6 address stands in brackets"},
                                      {"a=1.2.3.4:0", "'0': the port is not a number"},
                                      {"a=1.2.3.4:65536", "'65536': the port is not a number"},
-                                     {"a=1.2.3.4:80x", "'80x': the port is not a number"},
-                                     {"a=1.2.3.4:", "'': the port is not a number"},
-                                     {"a=b:1,,c=d:1", "'': '=' is missing"},
                                      {"a=b:1,A=c:2", "'A': the host is named twice"}}) {
         try {
             HostMap::parse(text);

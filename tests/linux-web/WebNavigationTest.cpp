@@ -39,12 +39,14 @@ TEST_F(WebNavigation, ResponsesAreAskedAbout) {
     page->cancelled = "response " + server.url("/other");
     view->evaluate("location.href = '/other'");
     ASSERT_TRUE(waitFor(page->cancelled));
+    runFor(0.2);
     EXPECT_EQ(result("location.pathname"), "/body");
     // What WebKit cannot show is neither shown nor put into the downloads folder.
     server.serve("/archive", FaultyServer::reply("PK", "200 OK", "Content-Type: application/zip\r\n"));
     page->cancelled.clear();
     view->evaluate("location.href = '/archive'");
     ASSERT_TRUE(waitFor("response " + server.url("/archive")));
+    runFor(0.2);
     EXPECT_EQ(result("location.pathname"), "/body");
 }
 

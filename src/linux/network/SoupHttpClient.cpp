@@ -52,8 +52,9 @@ void SoupHttpClient::run(const platform::HttpRequest& request, platform::Authent
         return done(body ? std::optional(platform::HttpResponse{SOUP_STATUS_OK, std::move(*body)})
                          : std::nullopt);
     }
-    m_io.post(
-        [this, request, delegate, done = std::move(done)] { m_exchanges->run(request, delegate, done); });
+    m_io.post([this, request, delegate, done = std::move(done)]() mutable {
+        m_exchanges->run(std::move(request), delegate, std::move(done));
+    });
 }
 
 } // namespace kestrin::gtk

@@ -43,10 +43,11 @@ NavigationPolicy Navigation::ask(WebKitNavigationPolicyDecision* decision, bool 
 
 NavigationPolicy Navigation::ask(WebKitResponsePolicyDecision* decision) const {
     const auto delegate = m_delegate.lock();
-    if (!delegate)
-        return NavigationPolicy::allow;
-    return delegate->decideNavigationResponse(
-        webkit_uri_response_get_uri(webkit_response_policy_decision_get_response(decision)));
+    const char* url = webkit_uri_response_get_uri(webkit_response_policy_decision_get_response(decision));
+    const auto policy = delegate ? delegate->decideNavigationResponse(url) : NavigationPolicy::allow;
+    // What it cannot show WebKit would show as text, in place of the page.
+    return webkit_response_policy_decision_is_mime_type_supported(decision) ? policy
+                                                                            : NavigationPolicy::cancel;
 }
 
 } // namespace kestrin::gtk
