@@ -1,17 +1,11 @@
 #include "linux/CameraLayer.h"
 
-#include <thread>
-
 namespace kestrin::test {
 
 using platform::GpuFormat;
 
-namespace {
-
 /// x, y, u, v of a triangle strip.
 constexpr std::array<float, 16> kQuad = {-1, -1, 0, 1, 1, -1, 1, 1, -1, 1, 0, 0, 1, 1, 1, 0};
-
-} // namespace
 
 CameraLayer::CameraLayer(platform::RenderView& view) {
     platform::GpuDevice& device = *view.device();
@@ -22,7 +16,7 @@ CameraLayer::CameraLayer(platform::RenderView& view) {
     descriptor.fragmentFunction = "capturedImageFragmentShader";
     descriptor.attributes = {{GpuFormat::float2, 0, 0}, {GpuFormat::float2, 8, 0}};
     descriptor.vertexStride = 16;
-    pipeline = device.makePipeline(descriptor);
+    m_pipeline = std::get<0>(device.makePipeline(descriptor));
     m_quad = device.makeBuffer(kQuad);
     m_depth = device.makeDepthState({});
     m_cache = device.makeTextureCache();
@@ -46,33 +40,21 @@ void CameraLayer::drawInView(platform::RenderView& view) {
         textures = m_textures;
     }
     const auto commands = m_queue->makeCommandBuffer();
-    commands->addCompletion([this, thread = std::this_thread::get_id()] {
-        completedOnDrawingThread = completedOnDrawingThread && std::this_thread::get_id() == thread;
-        ++completions;
-    });
+    commands->addCompletion([this] { ++draws; });
     if (view.renderPeer().hasRenderPass() && textures.luma && textures.chroma)
         encode(*commands->makeEncoder(view), textures);
     commands->present(view);
     commands->commit();
-    ++draws;
 }
 
 void CameraLayer::encode(platform::GpuEncoder& encoder, const Textures& textures) {
-    encoder.setLabel("test");
-    encoder.pushDebugGroup("picture");
-    encoder.setCullModeNone();
-    encoder.setPipeline(*std::get<0>(pipeline));
+    encoder.setPipeline(*m_pipeline);
     encoder.setDepthState(*m_depth);
     encoder.setVertexBuffer(*m_quad, 0, 0);
     encoder.setFragmentTexture(textures.luma, 1);
     encoder.setFragmentTexture(textures.chroma, 2);
     encoder.drawTriangleStrip(0, 4);
-    encoder.popDebugGroup();
     encoder.endEncoding();
-}
-
-void CameraLayer::drawableSizeWillChange(platform::RenderView&, const platform::Size& pixels) {
-    sizes.push_back(pixels);
 }
 
 } // namespace kestrin::test

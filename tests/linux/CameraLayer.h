@@ -17,14 +17,14 @@ class CameraLayer : public platform::RenderViewDelegate {
     void show(const platform::PixelBufferRef& picture);
 
     void drawInView(platform::RenderView& view) override;
-    void drawableSizeWillChange(platform::RenderView& view, const platform::Size& pixels) override;
+    void drawableSizeWillChange(platform::RenderView&, const platform::Size& p) override {
+        sizes.push_back(p);
+    }
 
     /// Called on the drawing thread before each frame is drawn.
     std::function<void()> beforeDraw;
-    std::atomic<int> draws = 0, completions = 0;
-    std::atomic<bool> completedOnDrawingThread = true;
+    std::atomic<int> draws = 0;        ///< completed ones
     std::vector<platform::Size> sizes; ///< main
-    platform::GpuResult<platform::GpuPipeline> pipeline;
 
   private:
     struct Textures {
@@ -32,6 +32,7 @@ class CameraLayer : public platform::RenderViewDelegate {
     };
     void encode(platform::GpuEncoder& encoder, const Textures& textures);
 
+    std::shared_ptr<platform::GpuPipeline> m_pipeline;
     std::shared_ptr<platform::GpuBuffer> m_quad;
     std::shared_ptr<platform::GpuDepthState> m_depth;
     std::shared_ptr<platform::GpuTextureCache> m_cache;

@@ -28,12 +28,6 @@ GtkWindow* firstWindow() {
     return item ? GTK_WINDOW(item.get()) : nullptr;
 }
 
-std::shared_ptr<ToolkitPlatform> makePlatform(int orientation) {
-    if (!gtk_init_check())
-        throw std::runtime_error("this test needs a display");
-    return std::make_shared<ToolkitPlatform>(orientation);
-}
-
 } // namespace
 
 void KeptLog::write(std::string_view line) {
@@ -46,8 +40,8 @@ std::vector<std::string> KeptLog::lines() const {
     return m_lines;
 }
 
-ToolkitPlatform::ToolkitPlatform(int orientation)
-    : desktop({orientation, {640, 480}}, queues, kept),
+ToolkitPlatform::ToolkitPlatform()
+    : desktop({0, {640, 480}}, queues, kept),
       toolkit(*kept,
               [this](GtkWidget* root, const platform::Size& size) { desktop.rootAllocated(root, size); }) {}
 
@@ -73,7 +67,10 @@ testing::AssertionResult near(const char* what, const char*, const Pixel& actual
     return testing::AssertionFailure() << what << " is " << actual << " instead of " << wanted;
 }
 
-ToolkitTest::ToolkitTest(int orientation) : system(makePlatform(orientation)) {
+ToolkitTest::ToolkitTest() {
+    if (!gtk_init_check())
+        throw std::runtime_error("this test needs a display");
+    system = std::make_shared<ToolkitPlatform>();
     platform::installPlatform(system);
 }
 
@@ -101,13 +98,7 @@ void ToolkitTest::settle() {
         return G_SOURCE_REMOVE;
     };
     // After the reconciliation and the redraw, which come before an idle of low priority.
-    g_timeout_add(
-        40,
-        [](gpointer flag) -> gboolean {
-            *static_cast<bool*>(flag) = true;
-            return G_SOURCE_REMOVE;
-        },
-        &isIdle);
+    g_timeout_add(40, note, &isIdle);
     runUntil([&] { return isIdle; });
     isIdle = false;
     g_idle_add_full(G_PRIORITY_LOW, note, &isIdle, nullptr);
@@ -133,23 +124,15 @@ GtkWindow* ToolkitTest::show(platform::View& root, int width, int height) {
     return window;
 }
 
-platform::Image ToolkitTest::shot() {
+Pixel ToolkitTest::pixel(int x, int y) {
     settle();
     platform::Image image;
-    gtk::captureWhenPainted(GTK_WIDGET(window), system->queues, [&](const platform::Image& made) {
-        image = made;
-        EXPECT_TRUE(made.isValid());
-    });
-    runUntil([&] { return image.isValid(); });
-    return image;
-}
-
-Pixel ToolkitTest::pixel(int x, int y) { return pixelOf(shot(), x * scale(), y * scale()); }
-
-Pixel pixelOf(const platform::Image& image, int x, int y) {
-    if (x < 0 || y < 0 || x >= image.pixelWidth() || y >= image.pixelHeight())
+    gtk::captureWhenPainted(GTK_WIDGET(window), system->queues,
+                            [&](const platform::Image& made) { image = made; });
+    if (!runUntil([&] { return image.isValid(); }))
         return {-1, -1, -1};
-    const auto pixels = image.pixels().subspan(std::size_t(y * image.pixelWidth() + x) * 4);
+    const int offset = (y * image.pixelWidth() + x) * scale() * 4;
+    const auto pixels = image.pixels().subspan(std::size_t(offset));
     return {pixels[0], pixels[1], pixels[2]};
 }
 

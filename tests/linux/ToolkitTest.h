@@ -27,7 +27,7 @@ class KeptLog final : public platform::LogSink {
 /// The parts of the platform that have to do with GTK; to ask for another one is an error of the test.
 class ToolkitPlatform final : public platform::Platform {
   public:
-    explicit ToolkitPlatform(int orientation = 0);
+    ToolkitPlatform();
 
     platform::Dispatch& dispatch() override { return queues; }
     platform::LogSink& log() override { return *kept; }
@@ -57,8 +57,6 @@ struct Pixel {
     bool isNear(const Pixel& other, int tolerance = 2) const;
 };
 std::ostream& operator<<(std::ostream& stream, const Pixel& pixel);
-/// Outside the picture it is (-1, -1, -1).
-Pixel pixelOf(const platform::Image& image, int x, int y);
 
 /// `EXPECT_PRED_FORMAT2(near, pixel, pixel)`.
 testing::AssertionResult near(const char*, const char*, const Pixel& actual, const Pixel& wanted);
@@ -67,7 +65,7 @@ testing::AssertionResult near(const char*, const char*, const Pixel& actual, con
 /// Real widgets in real windows without decoration.
 class ToolkitTest : public ::testing::Test {
   protected:
-    explicit ToolkitTest(int orientation = 0);
+    ToolkitTest();
     ~ToolkitTest() override;
 
     /// Turns the main loop until `done`; false when that takes longer than `seconds`.
@@ -80,7 +78,6 @@ class ToolkitTest : public ::testing::Test {
     GtkWindow* show(platform::View& root, int width = 200, int height = 120);
     /// Reads a pixel of the window shown last, by points.
     Pixel pixel(int x, int y);
-    platform::Image shot();
     /// Pixels a point of the window shown last.
     int scale() const { return gtk_widget_get_scale_factor(GTK_WIDGET(window)); }
     std::vector<std::string> log() const { return system->kept->lines(); }
