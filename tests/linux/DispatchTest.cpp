@@ -103,8 +103,8 @@ TEST_F(DispatchTest, AFloodLeavesRoomForRedraws) {
     runUntil([] { return false; }, 1);
     g_source_remove(source);
     floods = false;
-    EXPECT_GT(redraws, 40);
-    EXPECT_GT(flooded, 2000); // and the flood itself keeps most of the time
+    EXPECT_GT(redraws, 10);  // a starved one is not seen once
+    EXPECT_GT(flooded, 500); // and the flood itself goes on
     EXPECT_TRUE(runUntil([&, n = flooded]() mutable { return std::exchange(n, flooded) == flooded; }));
 }
 
