@@ -8,6 +8,12 @@
 
 namespace kestrin::session::test {
 
+inline std::shared_ptr<platform::ArAnchor> makeAnchor(const std::string& identifier) {
+    auto anchor = std::make_shared<platform::ArAnchor>();
+    anchor->identifier = identifier;
+    return anchor;
+}
+
 /// Frames without a picture, at a fixed rate, with anchors by script.
 class FakeSource final : public FrameSource {
   public:
@@ -16,8 +22,7 @@ class FakeSource final : public FrameSource {
         double rate = 100;
         std::uint64_t count = UINT64_MAX;               ///< of frames
         std::map<std::uint64_t, AnchorChanges> anchors; ///< by frame
-        std::optional<std::string> openError;
-        std::atomic<int> skipped{0}, made{0}, begun{0}, ended{0};
+        std::atomic<int> skipped{0}, made{0}, ended{0};
     };
 
     explicit FakeSource(std::shared_ptr<Script> script) : m_script(std::move(script)) {}
@@ -25,12 +30,10 @@ class FakeSource final : public FrameSource {
 
     CameraModel model() const override { return {{500, 510, 320.5, 239}, 64, 48, Mounting::upright}; }
     double rate() const override { return m_script->rate; }
-    std::optional<std::string> open() override { return m_script->openError; }
-    void begin(const platform::ArConfiguration&, unsigned) override { ++m_script->begun; }
+    std::optional<std::string> open() override { return std::nullopt; }
+    void begin(const platform::ArConfiguration&, unsigned) override {}
     void forget(const std::string& identifier) override {
-        auto anchor = std::make_shared<platform::ArAnchor>();
-        anchor->identifier = identifier;
-        m_changes.removed.push_back(anchor);
+        m_changes.removed.push_back(makeAnchor(identifier));
     }
     std::optional<double> nextTime() const override {
         return m_index < m_script->count ? std::optional(double(m_index) / m_script->rate) : std::nullopt;
@@ -57,11 +60,5 @@ class FakeSource final : public FrameSource {
     AnchorChanges m_changes;
     std::uint64_t m_index = 0;
 };
-
-inline std::shared_ptr<platform::ArAnchor> makeAnchor(const std::string& identifier) {
-    auto anchor = std::make_shared<platform::ArAnchor>();
-    anchor->identifier = identifier;
-    return anchor;
-}
 
 } // namespace kestrin::session::test

@@ -1,17 +1,17 @@
 #pragma once
 
+#include "linux/storage/PixbufCodec.h"
 #include "session/RoomFile.h"
-#include "session/SimulatedTracking.h"
 
-#include <string>
+#include <gtest/gtest.h>
 
 namespace kestrin::session::test {
 
 /// A room from its description, which must be right.
-std::shared_ptr<const Room> makeRoom(const std::string& json);
-
-/// A grey room with black discs on white squares at known places, seen from several sides; nothing is
-/// symmetric.
-std::shared_ptr<const Room> markRoom();
+inline std::shared_ptr<const Room> makeRoom(const std::string& json) {
+    const RoomResult room = readRoom(json, "room.json", {}, gtk::PixbufCodec());
+    EXPECT_EQ(room.index(), 0U) << std::get<1>(room);
+    return std::get<0>(room);
+}
 
 } // namespace kestrin::session::test

@@ -7,8 +7,6 @@
 
 namespace kestrin::session::test {
 
-namespace {
-
 /// A program of its own, because EGL reads its environment once.
 TEST(NoGl, IsOneLogLineAndNoFrame) {
     setenv("__EGL_VENDOR_LIBRARY_FILENAMES", "/nowhere.json", 1);
@@ -22,14 +20,8 @@ TEST(NoGl, IsOneLogLineAndNoFrame) {
     session->setDelegate(listener);
     session->run({}, 0);
     EXPECT_FALSE(tracking.step());
-    EXPECT_TRUE(session->currentFrame()->camera);
-    session.reset();
-    EXPECT_FALSE(tracking.step());
     EXPECT_TRUE(listener->events().empty());
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_THAT(lines[0], testing::StartsWith("Kestrin - session - no frames: EGL"));
+    EXPECT_THAT(lines, testing::ElementsAre(testing::StartsWith("Kestrin - session - no frames: EGL")));
 }
-
-} // namespace
 
 } // namespace kestrin::session::test
