@@ -19,20 +19,19 @@ LoadClock::LoadClock(WebKitWebView* view, std::function<void()> expired) : m_exp
         G_CALLBACK(+[](WebKitWebView*, GParamSpec*, LoadClock* self) { self->noteProgress(); }), this);
 }
 
-void LoadClock::start(double seconds) {
+void LoadClock::arm(double seconds) {
     m_isArmed = true;
     m_limit = seconds;
     pause();
-    noteProgress();
-    wait(seconds);
 }
 
-// A load that is given up, for a newer one or to be repeated, finishes before the next one starts.
+// The start of WebKit's processes is not the server's silence. A load that is given up, for a newer one or to
+// be repeated, finishes before the next one starts.
 void LoadClock::onChanged(WebKitWebView* view, WebKitLoadEvent event) {
     noteProgress();
     if (event == WEBKIT_LOAD_FINISHED)
         pause();
-    else if (event == WEBKIT_LOAD_STARTED && m_isArmed && !m_source)
+    else if (event == WEBKIT_LOAD_STARTED && m_isArmed)
         wait(m_limit);
     else if (event == WEBKIT_LOAD_COMMITTED && m_isArmed)
         watchDocument(webkit_web_view_get_main_resource(view));

@@ -19,8 +19,8 @@ class LoadClock {
     LoadClock(const LoadClock&) = delete;
     LoadClock& operator=(const LoadClock&) = delete;
 
-    /// Watches the load that begins now, and its repetitions.
-    void start(double seconds);
+    /// Watches the load that starts next, and its repetitions.
+    void arm(double seconds);
 
   private:
     void onChanged(WebKitWebView* view, WebKitLoadEvent event);

@@ -46,7 +46,7 @@ void PageLoad::clearCaches() {
 }
 
 void PageLoad::load() {
-    m_clock.start(m_request.timeout);
+    m_clock.arm(m_request.timeout);
     webkit_web_view_load_uri(m_view, m_request.url.c_str());
 }
 
