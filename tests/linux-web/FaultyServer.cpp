@@ -75,7 +75,7 @@ void FaultyServer::attend(const GRef<GSocketConnection>& connection) {
         const auto request = readRequest(input.get());
         if (!request)
             break;
-        const Reply reply = answer(request->first, request->second);
+        const Reply reply = answer(*request);
         then = reply.then;
         for (const Piece& piece : reply.pieces)
             if (!write(g_io_stream_get_output_stream(stream.get()), piece))
@@ -86,8 +86,7 @@ void FaultyServer::attend(const GRef<GSocketConnection>& connection) {
     g_io_stream_close(stream.get(), nullptr, nullptr);
 }
 
-std::optional<std::pair<std::string, FaultyServer::Request>>
-FaultyServer::readRequest(GDataInputStream* input) {
+std::optional<FaultyServer::Request> FaultyServer::readRequest(GDataInputStream* input) {
     const auto readLine = [&] {
         const gtk::GText line(g_data_input_stream_read_line(input, nullptr, m_ending.get(), nullptr));
         return std::string(line ? line.get() : "");
@@ -96,32 +95,18 @@ FaultyServer::readRequest(GDataInputStream* input) {
     const auto space = first.find(' '), end = first.rfind(' ');
     if (space == first.npos || end == space)
         return std::nullopt;
-    Request request;
-    request.method = first.substr(0, space);
-    for (std::string line = readLine(); !line.empty(); line = readLine()) {
-        const auto colon = line.find(": ");
-        const gtk::GText name(g_ascii_strdown(line.c_str(), static_cast<gssize>(colon)));
-        request.headers[name.get()] = line.substr(colon + 2);
-    }
-    if (request.headers.contains("content-length")) {
-        request.body.resize(std::stoul(request.headers["content-length"]));
-        g_input_stream_read_all(G_INPUT_STREAM(input), request.body.data(), request.body.size(), nullptr,
-                                m_ending.get(), nullptr);
-    }
-    return std::pair(first.substr(space + 1, end - space - 1), std::move(request));
+    Request request{first.substr(space + 1, end - space - 1), ""};
+    for (std::string line = readLine(); !line.empty(); line = readLine())
+        if (line.starts_with("Host: "))
+            request.host = line.substr(6);
+    return request;
 }
 
-FaultyServer::Reply FaultyServer::answer(const std::string& path, const Request& request) {
-    Handler handler;
-    {
-        const std::lock_guard lock(m_mutex);
-        ++m_requests[path];
-        const auto found = m_handlers.find(path);
-        if (found == m_handlers.end())
-            return reply("nothing here", "404 Not Found");
-        handler = found->second;
-    }
-    return handler(request);
+FaultyServer::Reply FaultyServer::answer(const Request& request) {
+    const std::lock_guard lock(m_mutex);
+    ++m_requests[request.path];
+    const auto found = m_handlers.find(request.path);
+    return found == m_handlers.end() ? reply("", "404 Not Found") : found->second(request);
 }
 
 bool FaultyServer::write(GOutputStream* output, const Piece& piece) {

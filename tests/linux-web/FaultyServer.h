@@ -19,8 +19,7 @@ namespace kestrin::test {
 class FaultyServer {
   public:
     struct Request {
-        std::string method, body;
-        std::map<std::string, std::string> headers; ///< names in lower case
+        std::string path, host;
     };
     /// Some bytes of an answer, written `times` times, each after a pause.
     struct Piece {
@@ -46,15 +45,14 @@ class FaultyServer {
 
     int port() const { return m_port; }
     std::string url(const std::string& path) const;
-    GTlsCertificate* certificate() const { return m_certificate.get(); }
     /// How often the path was asked for.
     int requests(const std::string& path) const;
 
   private:
     void accept();
     void attend(const gtk::GRef<GSocketConnection>& connection);
-    std::optional<std::pair<std::string, Request>> readRequest(GDataInputStream* input);
-    Reply answer(const std::string& path, const Request& request);
+    std::optional<Request> readRequest(GDataInputStream* input);
+    Reply answer(const Request& request);
     bool write(GOutputStream* output, const Piece& piece);
     void wait(double seconds);
 

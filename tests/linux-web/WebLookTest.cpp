@@ -21,17 +21,8 @@ class WebLook : public WebTest {
     }
     /// Frames take their time from the page's process to the window.
     bool becomes(int x, int y, const Pixel& wanted) {
-        Pixel seen{};
-        const bool did = runUntil(
-            [&] {
-                seen = pixel(x, y);
-                return std::abs(seen[0] - wanted[0]) + std::abs(seen[1] - wanted[1]) +
-                           std::abs(seen[2] - wanted[2]) <=
-                       4;
-            },
-            5);
-        EXPECT_TRUE(did) << "it is " << seen[0] << ' ' << seen[1] << ' ' << seen[2];
-        return did;
+        const auto near = [](int a, int b) { return std::abs(a - b) <= 2; };
+        return runUntil([&] { return std::ranges::equal(pixel(x, y), wanted, near); }, 5);
     }
     void makeTransparent() {
         platform::ScrollSettings scroll;
@@ -54,15 +45,6 @@ TEST_F(WebLook, PagesAreAsTransparentAsTheyAreTold) {
     EXPECT_TRUE(becomes(150, 50, kWhitePixel));
     view->setOpaque(false);
     EXPECT_TRUE(becomes(150, 50, kBlue));
-    // The view's own background lies below the page, the scroll view's is the page's.
-    view->setBackground({0, 1, 0, 1});
-    EXPECT_TRUE(becomes(150, 50, {0, 255, 0}));
-    platform::ScrollSettings half;
-    half.opaque = false;
-    half.background = {1, 0, 0, 0.5F};
-    view->setScroll(half);
-    EXPECT_TRUE(becomes(150, 50, {128, 127, 0}));
-    EXPECT_TRUE(becomes(50, 50, kRed));
 }
 
 // WebKit leaves trails when it hands frames over in shared memory (WEBKIT_DISABLE_DMABUF_RENDERER).
@@ -78,43 +60,6 @@ TEST_F(WebLook, WhatMovesOnATransparentPageLeavesNoTrail) {
              "if (frames < 60) requestAnimationFrame(draw); })()</script>");
     EXPECT_TRUE(becomes(160, 40, kRed));
     EXPECT_TRUE(becomes(40, 40, kBlue));
-}
-
-TEST_F(WebLook, AHiddenPageGoesOn) {
-    show();
-    makeTransparent();
-    loadBody("<style>body { background: red }</style><script>var frames = 0;"
-             "(function count() { frames++; requestAnimationFrame(count); })()</script>");
-    ASSERT_TRUE(becomes(50, 50, kRed));
-    view->setHidden(true);
-    EXPECT_TRUE(becomes(50, 50, kBlue));
-    const int before = std::stoi(result("frames"));
-    runFor(0.5);
-    EXPECT_GT(std::stoi(result("frames")), before + 5);
-    view->setHidden(false);
-    EXPECT_TRUE(becomes(50, 50, kRed));
-    view->setOpacity(0.5);
-    EXPECT_TRUE(becomes(50, 50, {128, 0, 127}));
-}
-
-TEST_F(WebLook, NothingIsShownBeforeThePageIsThere) {
-    std::string words; // enough of them to be worth a first picture
-    for (int i = 0; i < 200; ++i)
-        words += "word ";
-    const auto pieces = FaultyServer::Reply{{{"HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n"
-                                              "<body style='background:red'>" +
-                                              words},
-                                             {pageWith(""), 1}},
-                                            FaultyServer::Reply::Then::close};
-    server.serve("/slow", pieces);
-    show();
-    makeTransparent();
-    load(server.url("/slow"));
-    ASSERT_TRUE(runUntil([&] { return server.requests("/slow") > 0; }));
-    runFor(0.6);
-    EXPECT_TRUE(becomes(50, 50, kBlue));
-    ASSERT_TRUE(waitFor("kestrin:ready"));
-    EXPECT_TRUE(becomes(50, 50, kRed));
 }
 
 } // namespace

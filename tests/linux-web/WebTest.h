@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,8 +18,6 @@ namespace kestrin::test {
 /// Real main loop, widgets and web views; the rest is the fake's.
 class WebPlatform : public FakePlatform {
   public:
-    explicit WebPlatform(gtk::WebOptions options) : webKit(kept, std::move(options)) {}
-
     platform::Dispatch& dispatch() override { return mainLoop; }
     platform::LogSink& log() override { return *kept; }
     platform::ViewToolkit& views() override { return widgets; }
@@ -29,25 +26,20 @@ class WebPlatform : public FakePlatform {
     const std::shared_ptr<FakeLog> kept = std::make_shared<FakeLog>();
     gtk::MainLoopDispatch mainLoop{kept};
     gtk::ViewToolkit widgets{*kept, nullptr};
-    gtk::WebKitToolkit webKit;
+    gtk::WebKitToolkit webKit{kept};
 };
 
 /// Everything that a page asks or says, in order, one line each; a test can answer otherwise.
-class Page : public platform::ScriptMessageHandler,
-             public platform::NavigationDelegate,
-             public platform::WebUiDelegate {
+class Page : public platform::ScriptMessageHandler, public platform::NavigationDelegate {
   public:
     void didReceiveScriptMessage(const std::string& handler, std::string_view body) override {
         events.push_back(handler + ":" + std::string(body));
-        if (onEvent)
-            onEvent();
     }
     platform::NavigationPolicy decideNavigationAction(const platform::NavigationAction& action) override {
         return note(std::string(action.inOwnWebView ? "own " : "new ") + action.url);
     }
     platform::NavigationPolicy decideNavigationAction(const platform::NavigationAction& action,
-                                                      platform::ContentMode& mode) override {
-        mode = platform::ContentMode::mobile;
+                                                      platform::ContentMode&) override {
         return note("preferences " + action.url);
     }
     platform::NavigationPolicy decideNavigationResponse(const std::string& url) override {
@@ -57,46 +49,43 @@ class Page : public platform::ScriptMessageHandler,
         note("trust " + host);
         return acceptsServers;
     }
-    void didRequestFile() override { note("file"); }
 
     bool has(const std::string& event) const { return std::ranges::count(events, event) > 0; }
 
     std::vector<std::string> events;
     bool acceptsServers = true;
     std::string cancelled; ///< the event that is answered by cancelling
-    std::function<void()> onEvent;
 
   private:
     platform::NavigationPolicy note(const std::string& event) {
         events.push_back(event);
-        const auto policy =
-            event == cancelled ? platform::NavigationPolicy::cancel : platform::NavigationPolicy::allow;
-        if (onEvent)
-            onEvent();
-        return policy;
+        return event == cancelled ? platform::NavigationPolicy::cancel : platform::NavigationPolicy::allow;
     }
 };
 
 /// Web views in a window, and a server for their pages.
 class WebTest : public testing::Test {
   protected:
-    explicit WebTest(gtk::WebOptions options = {});
+    /// Seconds; on a busy machine the processes of a web view take their time to start.
+    static constexpr double kPatience = 45;
+
+    WebTest();
     ~WebTest() override;
 
-    platform::WebViewConfiguration configuration() const;
     /// A web view of 200 x 100 points that fills the window, above a blue background.
-    void show(const platform::WebViewConfiguration& configuration);
-    void show() { show(configuration()); }
-    void destroyView();
+    void show();
 
     /// A body that posts "ready" at its end.
     static std::string pageWith(const std::string& body);
-    void load(const std::string& url, double timeout = 10, bool ignoresLocalCache = true);
+    void load(const std::string& path, double timeout = 10) { view->load({server.url(path), true, timeout}); }
     /// Loads a page with this body and waits for its "ready".
     void loadBody(const std::string& body = "");
     /// Evaluates and waits for what the script posts.
     std::string result(const std::string& expression);
-    bool waitFor(const std::string& event, double seconds = 10);
+    bool waitFor(const std::string& event) {
+        return runUntil([&] { return page->has(event); });
+    }
+    bool waitForLog(const std::string& part);
 
     FaultyServer server;
     std::shared_ptr<WebPlatform> system;
