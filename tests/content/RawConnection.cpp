@@ -1,6 +1,5 @@
 #include "RawConnection.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -9,11 +8,11 @@
 
 namespace kestrin::content {
 
-RawConnection::RawConnection(std::uint16_t port, Greeting greeting, const char* address) {
+RawConnection::RawConnection(std::uint16_t port, Greeting greeting) {
     GSocketClient* const client = g_socket_client_new();
     g_socket_client_set_timeout(client, 10);
     g_socket_client_set_enable_proxy(client, FALSE);
-    m_connection = g_socket_client_connect_to_host(client, address, port, nullptr, nullptr);
+    m_connection = g_socket_client_connect_to_host(client, "127.0.0.1", port, nullptr, nullptr);
     g_object_unref(client);
     if (!m_connection)
         return;
@@ -46,16 +45,13 @@ bool RawConnection::send(const std::string& bytes) {
                                                  bytes.size(), nullptr, nullptr, nullptr);
 }
 
-std::string RawConnection::receive(std::size_t count) {
+std::string RawConnection::receiveAll() {
     std::string all;
     std::vector<char> piece(64 * 1024);
-    while (m_stream && all.size() < count) {
-        const gssize got = g_input_stream_read(g_io_stream_get_input_stream(m_stream), piece.data(),
-                                               std::min(piece.size(), count - all.size()), nullptr, nullptr);
-        if (got <= 0)
-            break;
+    gssize got = 0;
+    while (m_stream && (got = g_input_stream_read(g_io_stream_get_input_stream(m_stream), piece.data(),
+                                                  piece.size(), nullptr, nullptr)) > 0)
         all.append(piece.data(), static_cast<std::size_t>(got));
-    }
     return all;
 }
 

@@ -10,8 +10,7 @@ namespace kestrin::content {
 class RawConnection {
   public:
     enum class Greeting { Tls, None };
-    explicit RawConnection(std::uint16_t port, Greeting greeting = Greeting::Tls,
-                           const char* address = "127.0.0.1");
+    explicit RawConnection(std::uint16_t port, Greeting greeting = Greeting::Tls);
     ~RawConnection();
     RawConnection(const RawConnection&) = delete;
     RawConnection& operator=(const RawConnection&) = delete;
@@ -19,9 +18,8 @@ class RawConnection {
     bool isUp() const { return m_stream != nullptr; }
     /// False when the server has gone.
     bool send(const std::string& bytes);
-    /// At most `count` bytes, fewer at the end of the stream.
-    std::string receive(std::size_t count);
-    std::string receiveAll() { return receive(SIZE_MAX); }
+    /// All bytes up to the end of the stream.
+    std::string receiveAll();
     /// True when the server ends the connection within the wait; what it sends until then is dropped.
     bool isEnded();
     /// Breaks the connection off with a reset.
