@@ -52,7 +52,7 @@ TEST_F(DrawingTest, ColoursAreThoseOfFullRangeBt601) {
         EXPECT_PIXEL(pixel(0, 0), {int(color.red), int(color.green), int(color.blue)});
         EXPECT_PIXEL(pixel(199, 119), {int(color.red), int(color.green), int(color.blue)});
     }
-    EXPECT_TRUE(log().empty());
+    EXPECT_EQ(log(), std::vector<std::string>());
 }
 
 // Red and green above, blue and white below; rows with padding, also of an odd number of bytes.
@@ -146,7 +146,7 @@ TEST_F(DrawingTest, FiftyRenderViewsComeAndGo) {
         if (i % 3 == 0)
             settle();
     }
-    EXPECT_TRUE(log().empty());
+    EXPECT_EQ(log(), std::vector<std::string>());
 }
 
 } // namespace

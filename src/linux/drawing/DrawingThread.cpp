@@ -10,7 +10,7 @@ namespace kestrin::gtk {
 
 namespace {
 
-constexpr GLuint64 kLongestFrame = 1'000'000'000; // nanoseconds; a GPU that needs longer hangs
+constexpr GLuint64 kLongestFrame = 5'000'000'000; // nanoseconds; a GPU that needs longer hangs
 
 } // namespace
 
