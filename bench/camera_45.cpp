@@ -3,6 +3,7 @@
 // answering.
 
 #include "AnswerTime.h"
+#include "AwakeCores.h"
 #include "HostApplication.h"
 #include "MainLoop.h"
 #include "PaintCount.h"
@@ -110,6 +111,7 @@ int main(int argc, char** argv) {
     page->addToParentView(root);
     GtkWidget* window = showWindow(gtk::widget(*root), kWindowWidth, kWindowHeight);
     manager->startCamera();
+    const AwakeCores awake; // locked and unlocked paint at different rates
     const Camera camera(*tracking);
     runFor(2);
 
