@@ -55,7 +55,11 @@ void PageLoad::expired() {
     webkit_web_view_stop_loading(m_view);
 }
 
+// The network library may hand a connection on to this load whose earlier load was refused and cancelled, and
+// fail it with that.
 void PageLoad::reportFailure(const char* url, const GError& error) {
+    if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CANCELLED) && m_trust->retry(url))
+        return;
     if (!g_error_matches(&error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED))
         m_log->write("Kestrin - WebKitPeer - The page does not load: " + std::string(url) + ": " +
                      error.message);

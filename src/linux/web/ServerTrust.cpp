@@ -17,13 +17,13 @@ std::string hostOf(const char* url) {
 
 } // namespace
 
-std::shared_ptr<ServerTrust> ServerTrust::make(WebKitWebView* view, Retry retry) {
-    std::shared_ptr<ServerTrust> trust(new ServerTrust(view, std::move(retry)));
+std::shared_ptr<ServerTrust> ServerTrust::make(WebKitWebView* view, Load load) {
+    std::shared_ptr<ServerTrust> trust(new ServerTrust(view, std::move(load)));
     trust->watch();
     return trust;
 }
 
-ServerTrust::ServerTrust(WebKitWebView* view, Retry retry) : m_view(view), m_retry(std::move(retry)) {}
+ServerTrust::ServerTrust(WebKitWebView* view, Load load) : m_view(view), m_load(std::move(load)) {}
 
 void ServerTrust::watch() {
     m_signals.emplace_back(
@@ -49,7 +49,7 @@ void ServerTrust::onChanged(WebKitLoadEvent event) {
     else if (event == WEBKIT_LOAD_FINISHED && !m_retryUrl.empty()) {
         m_isRetrying = true;
         ++m_retries;
-        m_retry(std::exchange(m_retryUrl, {}));
+        m_load(std::exchange(m_retryUrl, {}));
     }
 }
 
@@ -73,7 +73,11 @@ void ServerTrust::onCommitted() {
 
 bool ServerTrust::onBadPage(const char* url, GTlsCertificate* certificate) {
     const auto self = shared_from_this();
-    if (!accept(hostOf(url), certificate) || m_retries == kMostRetries)
+    return accept(hostOf(url), certificate) && retry(url);
+}
+
+bool ServerTrust::retry(const char* url) {
+    if (m_retries == kMostRetries)
         return false;
     m_retryUrl = url;
     return true;
@@ -97,8 +101,8 @@ void ServerTrust::watchResource(WebKitWebResource* resource) {
 // A page that is still loading begins anew, so that it is whole. One that runs already keeps its state; what
 // it asks of this host from now on succeeds.
 void ServerTrust::onBadResource(const char* url, GTlsCertificate* certificate) {
-    if (accept(hostOf(url), certificate) && webkit_web_view_is_loading(m_view) && m_retries < kMostRetries)
-        m_retryUrl = webkit_web_view_get_uri(m_view);
+    if (accept(hostOf(url), certificate) && webkit_web_view_is_loading(m_view))
+        retry(webkit_web_view_get_uri(m_view));
 }
 
 // A host that has been accepted may fail once more: WebKit tells its network process on another road than the

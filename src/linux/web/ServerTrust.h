@@ -18,18 +18,20 @@ namespace kestrin::gtk {
 /// load. Thread: main.
 class ServerTrust : public std::enable_shared_from_this<ServerTrust> {
   public:
-    /// `retry` loads the page once more, as a server has been accepted now. The owner keeps `view` alive.
-    using Retry = std::function<void(const std::string& url)>;
-    static std::shared_ptr<ServerTrust> make(WebKitWebView* view, Retry retry);
+    /// `load` loads the page once more, as a server has been accepted now. The owner keeps `view` alive.
+    using Load = std::function<void(const std::string& url)>;
+    static std::shared_ptr<ServerTrust> make(WebKitWebView* view, Load load);
 
     void setDelegate(std::weak_ptr<platform::AuthenticationDelegate> delegate) {
         m_delegate = std::move(delegate);
     }
+    /// Has the page loaded once more when this load has finished; false when that was done too often.
+    bool retry(const char* url);
     /// Another page is wanted: the present one is not loaded once more.
     void giveUp() { m_retryUrl.clear(); }
 
   private:
-    ServerTrust(WebKitWebView* view, Retry retry);
+    ServerTrust(WebKitWebView* view, Load load);
     void watch();
     void onChanged(WebKitLoadEvent event);
     void onStarted();
@@ -41,7 +43,7 @@ class ServerTrust : public std::enable_shared_from_this<ServerTrust> {
     bool ask(const std::string& host);
 
     WebKitWebView* const m_view;
-    const Retry m_retry;
+    const Load m_load;
     std::weak_ptr<platform::AuthenticationDelegate> m_delegate;
     std::vector<SignalHandler> m_signals;
     std::map<std::string, bool> m_answers; ///< by host, during this load
