@@ -47,12 +47,15 @@ GRef<WebKitWebsitePolicies> makePolicies(const Configuration& configuration) {
 } // namespace
 
 GRef<WebKitWebView> newWebView(const Configuration& configuration, WebKitNetworkSession* session,
-                               WebKitUserContentManager* messages) {
+                               WebKitWebView* related, WebKitUserContentManager* messages) {
     const GRef<WebKitSettings> settings = makeSettings(configuration);
     const GRef<WebKitWebsitePolicies> policies = makePolicies(configuration);
+    const char* const place =
+        related ? "related-view" : "network-session"; // a related view brings its session
+    void* const owner = related ? static_cast<void*>(related) : session;
     auto view = GRef<WebKitWebView>::refSink(WEBKIT_WEB_VIEW(
-        g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "settings", settings.get(),
-                     "user-content-manager", messages, "website-policies", policies.get(), nullptr)));
+        g_object_new(WEBKIT_TYPE_WEB_VIEW, place, owner, "settings", settings.get(), "user-content-manager",
+                     messages, "website-policies", policies.get(), nullptr)));
     if (configuration.accessibilityModal)
         gtk_accessible_update_property(GTK_ACCESSIBLE(view.get()), GTK_ACCESSIBLE_PROPERTY_MODAL, true, -1);
     return view;

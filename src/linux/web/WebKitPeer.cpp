@@ -17,11 +17,11 @@ platform::Color over(const platform::Color& top, const platform::Color& below) {
 } // namespace
 
 WebKitPeer::WebKitPeer(platform::View& view, const platform::WebViewConfiguration& configuration,
-                       const GRef<WebKitNetworkSession>& session, double featureLevel,
+                       WebKitNetworkSession* session, WebKitWebView* related, double featureLevel,
                        const std::shared_ptr<platform::LogSink>& log)
     : WidgetPeer(&view), m_messages(configuration.scriptMessageHandlers),
-      m_webView(newWebView(configuration, session.get(), m_messages.manager())), m_load(m_webView.get(), log),
-      m_navigation(m_webView.get(), featureLevel),
+      m_webView(newWebView(configuration, session, related, m_messages.manager())),
+      m_load(m_webView.get(), log), m_navigation(m_webView.get(), featureLevel),
       m_requests(m_webView.get(), log, configuration.developerExtras) {
     box().setHiding(Hiding::transparent);
     const GdkRGBA clear{0, 0, 0, 0};

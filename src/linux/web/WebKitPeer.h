@@ -18,8 +18,9 @@ namespace kestrin::gtk {
 /// unmapped page no longer gets animation frames. Thread: main.
 class WebKitPeer final : public WidgetPeer<platform::WebViewPeer> {
   public:
+    /// `session` and `related`: see newWebView.
     WebKitPeer(platform::View& view, const platform::WebViewConfiguration& configuration,
-               const GRef<WebKitNetworkSession>& session, double featureLevel,
+               WebKitNetworkSession* session, WebKitWebView* related, double featureLevel,
                const std::shared_ptr<platform::LogSink>& log);
 
     void load(const platform::UrlRequest& request) override { m_load.start(request); }

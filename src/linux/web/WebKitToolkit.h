@@ -35,6 +35,7 @@ class WebKitToolkit final : public platform::WebToolkit {
     const std::shared_ptr<platform::LogSink> m_log;
     const WebOptions m_options;
     const GRef<WebKitNetworkSession> m_session;
+    GRef<WebKitWebView> m_warm; ///< never shown; the first page moves into its process
     const SignalHandler m_downloads;
 };
 
