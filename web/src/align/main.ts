@@ -1,8 +1,9 @@
-// Draws discs at known world points, so that a test can measure in the composed picture where they land.
+// Draws discs at known world points, so that a test can measure in the composed picture where they land, and lines
+// between others, so that a person can see it.
 
 import { KestrinClient, type CameraPose, type Vector3 } from '../client/index.js';
-import { Discs } from './discs.js';
-import { checkPoints, misplace, project, type BufferPoint, type Fault } from './project.js';
+import { checkEdges, checkPoints, misplace, project, type BufferPoint, type Edge, type Fault } from './project.js';
+import { Strokes, type Stroke } from './strokes.js';
 
 declare global {
   interface Window {
@@ -17,12 +18,16 @@ declare global {
 
 /** CSS pixels. */
 const discRadius = 13 / 2;
+const lineRadius = 1;
+const discColour = [1, 0, 1] as const;
+const lineColour = [0, 1, 0] as const;
 
 const client = new KestrinClient();
 const canvas = document.querySelector('canvas')!;
-const discs = new Discs(canvas);
+const strokes = new Strokes(canvas);
 const poses: CameraPose[] = []; // the newest first
 let points: Vector3[] = [];
+let edges: Edge[] = [];
 let visible = true;
 let fault: Fault = {};
 let frame = 0;
@@ -44,11 +49,17 @@ function drawDiscs(): number | undefined {
   const { projection } = client;
   if (!pose || !projection) return undefined;
   const ratio = canvas.width / innerWidth;
-  const centres = points
-    .map((point) => project(point, pose, projection, canvas))
-    .filter((centre): centre is BufferPoint => visible && centre !== undefined)
-    .map((centre) => misplace(centre, fault, canvas.width, ratio));
-  return discs.draw(centres, discRadius * ratio) ? centres.length : undefined;
+  const seen = (point: Vector3): BufferPoint | undefined => {
+    const at = visible ? project(point, pose, projection, canvas) : undefined;
+    return at && misplace(at, fault, canvas.width, ratio);
+  };
+  const stroke = (from: Vector3, to: Vector3, radius: number, colour: Stroke['colour']): Stroke[] => {
+    const [a, b] = [seen(from), seen(to)];
+    return a && b ? [{ from: a, to: b, radius: radius * ratio, colour }] : [];
+  };
+  const lines = edges.flatMap(([from, to]) => stroke(from, to, lineRadius, lineColour));
+  const discs = points.flatMap((point) => stroke(point, point, discRadius, discColour));
+  return strokes.draw([...lines, ...discs]) ? discs.length : undefined;
 }
 
 function fitWindow(): void {
@@ -90,7 +101,7 @@ client.on('projection', redraw);
 client.on('viewport', redraw);
 canvas.addEventListener('webglcontextlost', (event) => event.preventDefault());
 canvas.addEventListener('webglcontextrestored', () => {
-  discs.prepare();
+  strokes.prepare();
   redraw();
 });
 addEventListener('resize', fitWindow);
@@ -98,9 +109,10 @@ addEventListener('resize', fitWindow);
 try {
   const query = new URLSearchParams(location.search);
   points = checkPoints(JSON.parse(query.get('points') ?? '[]'));
+  edges = checkEdges(JSON.parse(query.get('edges') ?? '[]'));
   fault = JSON.parse(query.get('fault') ?? '{}') as Fault;
 } catch (error) {
-  console.error('The points or the fault in the address cannot be read:', error);
+  console.error('The points, the edges or the fault in the address cannot be read:', error);
 }
 fitWindow();
 client.start();
