@@ -69,11 +69,18 @@ Field Field::operator[](std::string_view key) const {
     return *found;
 }
 
-std::string Field::text() const {
+std::string Field::anyText() const {
     const json::string* text = m_value->if_string();
-    if (!text || text->empty() || text->find('\0') != json::string::npos)
+    if (!text || text->find('\0') != json::string::npos)
         fail("expected a text");
     return {text->begin(), text->end()};
+}
+
+std::string Field::text() const {
+    std::string text = anyText();
+    if (text.empty())
+        fail("expected a text");
+    return text;
 }
 
 bool Field::flag() const {
@@ -101,19 +108,31 @@ std::vector<Field> Field::items(std::size_t most) const {
     return fields;
 }
 
-std::vector<double> Field::numbers(std::size_t count, double least, double most,
-                                   std::string_view expected) const {
-    const json::array* array = m_value->if_array();
-    if (!array || array->size() != count)
-        fail(expected);
+std::vector<double> Field::allNumbers(double least, double most, std::string_view expected) const {
     std::vector<double> values;
-    for (const json::value& item : *array) {
+    values.reserve(m_value->get_array().size());
+    for (const json::value& item : m_value->get_array()) {
         const double value = asNumber(item);
         if (!(value >= least && value <= most))
             fail(expected);
         values.push_back(value);
     }
     return values;
+}
+
+std::vector<double> Field::numbers(std::size_t count, double least, double most,
+                                   std::string_view expected) const {
+    if (!m_value->is_array() || m_value->get_array().size() != count)
+        fail(expected);
+    return allNumbers(least, most, expected);
+}
+
+std::vector<double> Field::groups(std::size_t group, std::size_t most, double least, double greatest,
+                                  std::string_view expected) const {
+    if (!m_value->is_array() || m_value->get_array().size() > most ||
+        m_value->get_array().size() % group != 0)
+        fail(expected);
+    return allNumbers(least, greatest, expected);
 }
 
 Vector3 Field::point() const {

@@ -33,14 +33,18 @@ class Field {
     Field operator[](std::string_view key) const;
     std::optional<Field> find(std::string_view key) const;
 
-    /// Texts without NUL.
+    /// A text without NUL.
     std::string text() const;
+    std::string anyText() const; ///< may be empty
     bool flag() const;
     /// Between the two bounds, which the message names.
     double number(double least, double most) const;
     std::vector<Field> items(std::size_t most) const;
     std::vector<double> numbers(std::size_t count, double least, double most,
                                 std::string_view expected) const;
+    /// At most `most` of them, in groups of `group`.
+    std::vector<double> groups(std::size_t group, std::size_t most, double least, double greatest,
+                               std::string_view expected) const;
 
     /// Three coordinates of at most a kilometre.
     Vector3 point() const;
@@ -54,6 +58,7 @@ class Field {
   private:
     Field member(const boost::json::value& value, std::string_view key) const;
     const boost::json::object& object() const;
+    std::vector<double> allNumbers(double least, double most, std::string_view expected) const;
 
     const boost::json::value* m_value;
     std::string m_path;

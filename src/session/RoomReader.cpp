@@ -3,6 +3,7 @@
 #include "session/FileBytes.h"
 #include "session/QrImage.h"
 #include "session/Texture.h"
+#include "session/TrackingReasonName.h"
 
 #include <algorithm>
 #include <cmath>
@@ -95,17 +96,10 @@ CameraPath readPath(const Field& field) {
 }
 
 platform::TrackingReason readReason(const Field& field) {
-    using enum platform::TrackingReason;
-    const std::string name = field.text();
-    if (name == "initializing")
-        return initializing;
-    if (name == "excessiveMotion")
-        return excessiveMotion;
-    if (name == "insufficientFeatures")
-        return insufficientFeatures;
-    if (name == "relocalizing")
-        return relocalizing;
-    field.fail("expected initializing, excessiveMotion, insufficientFeatures or relocalizing");
+    const auto reason = reasonNamed(field.text());
+    if (!reason || *reason == platform::TrackingReason::none)
+        field.fail("expected initializing, excessiveMotion, insufficientFeatures or relocalizing");
+    return *reason;
 }
 
 TrackingEvent readEvent(const Field& field) {

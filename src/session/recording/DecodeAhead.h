@@ -1,0 +1,37 @@
+#pragma once
+
+#include "session/recording/VideoReader.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+namespace kestrin::session {
+
+/// Decodes the pictures that will be asked for next, on a thread of its own. Thread: any one at a time.
+class DecodeAhead {
+  public:
+    explicit DecodeAhead(std::unique_ptr<VideoReader> video);
+    ~DecodeAhead();
+    DecodeAhead(const DecodeAhead&) = delete;
+    DecodeAhead& operator=(const DecodeAhead&) = delete;
+
+    /// Waits for the picture.
+    VideoReader::Decoded take(std::size_t index);
+
+  private:
+    void work();
+
+    const std::unique_ptr<VideoReader> m_video; ///< touched by the thread only
+    const std::size_t m_size;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<VideoReader::Decoded> m_ready; ///< that of m_first, and those behind it
+    std::size_t m_first = 0;
+    unsigned m_jumps = 0;
+    bool m_isStopping = false;
+    std::thread m_thread;
+};
+
+} // namespace kestrin::session

@@ -1,0 +1,42 @@
+#include "session/recording/VideoWriter.h"
+
+#include "session/recording/PictureCopy.h"
+
+namespace kestrin::session {
+
+VideoWriter::VideoWriter(const std::filesystem::path& file, int width, int height) : m_file(file) {
+    const auto write = [this](GstBuffer* buffer) {
+        GstMapInfo bytes;
+        if (!gst_buffer_map(buffer, &bytes, GST_MAP_READ))
+            return false;
+        const bool isWritten = m_file.write(bytes.data, bytes.size);
+        gst_buffer_unmap(buffer, &bytes);
+        return isWritten;
+    };
+    const std::string pictures = "video/x-raw,format=Y42B,colorimetry=1:4:7:1,framerate=30/1,width=" +
+                                 std::to_string(width + width % 2) + ",height=" + std::to_string(height);
+    std::string missing;
+    m_chain = ElementChain::make({{"avenc_huffyuv", {{"threads", "1"}}},
+                                  {"matroskamux", {{"streamable", "true"}, {"writing-app", "Kestrin"}}}},
+                                 pictures, {{}, write}, missing);
+    if (!m_chain)
+        m_error = file.string() + ": there is not " + missing;
+}
+
+std::optional<std::string> VideoWriter::add(double time, const Nv12Buffer& picture) {
+    if (error())
+        return error();
+    GstBuffer* buffer = toVideo(picture, videoFormat(picture.width(), picture.height()));
+    GST_BUFFER_PTS(buffer) = GstClockTime(time * 1e9 + 0.5);
+    if (!m_chain->push(buffer) && !m_file.error())
+        m_error = "the picture cannot be coded";
+    return error();
+}
+
+std::optional<std::string> VideoWriter::finish() {
+    if (!error())
+        m_chain->end();
+    return error();
+}
+
+} // namespace kestrin::session

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "session/recording/RecordingReader.h"
+#include "session/recording/RecordingWriter.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <fstream>
+
+namespace kestrin::session::test {
+
+/// A folder of its own for a test, gone with it.
+class ScratchFolder {
+  public:
+    ScratchFolder() {
+        std::string name = (std::filesystem::temp_directory_path() / "kestrin-XXXXXX").string();
+        m_path = ::mkdtemp(name.data());
+    }
+    ~ScratchFolder() { std::filesystem::remove_all(m_path); }
+    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+
+  private:
+    std::filesystem::path m_path;
+};
+
+inline RecordingInfo testInfo(int width = 96, int height = 64) {
+    return {{{500.1, 510.0 / 3, 320.5, 239}, width, height, Mounting::upright}, 29.97, "a \"test\"\n"};
+}
+
+/// Every value of luma, sharp edges, and another texture in every picture.
+inline Nv12Buffer testPicture(int width, int height, unsigned seed) {
+    Nv12Buffer picture(width, height);
+    std::uint32_t noise = seed * 2654435761U + 1;
+    for (int i = 0; i < picture.rows() * picture.stride(); ++i) {
+        noise = noise * 1664525U + 1013904223U;
+        const unsigned x = unsigned(i % picture.stride()), y = unsigned(i / picture.stride());
+        picture.bytes()[i] = x / 8 % 2 == 0   ? std::uint8_t(x + y + seed)
+                             : y / 8 % 3 == 0 ? std::uint8_t((noise >> 24U) % 2 * 255)
+                                              : std::uint8_t(128 + 100 * std::sin(double(x * y + seed)));
+    }
+    return picture;
+}
+
+/// The pixels of the picture, without what pads its rows.
+inline std::vector<std::uint8_t> pixelsOf(const platform::PixelBuffer& picture) {
+    std::vector<std::uint8_t> pixels;
+    for (int i = 0; i < 2; ++i) {
+        const platform::PixelPlane plane = picture.plane(i);
+        for (int y = 0; y < plane.height; ++y) {
+            const std::uint8_t* row = plane.data + std::ptrdiff_t(plane.stride) * y;
+            pixels.insert(pixels.end(), row, row + plane.width * (i + 1));
+        }
+    }
+    return pixels;
+}
+
+/// A camera that turns and moves along odd numbers.
+inline RecordedFrame testFrame(int i) {
+    RecordedFrame recorded;
+    SourcedFrame& frame = recorded.frame;
+    frame.time = i / 29.97 + 0.1;
+    const auto c = float(std::cos(0.1 * i)), s = float(std::sin(0.1 * i));
+    frame.sensorPose = {
+        {{{c, 0, -s, 0}, {0, 1, 0, 0}, {s, 0, c, 0}, {0.1F * float(i), 1 / 3.0F, -1e-9F, 1}}}};
+    frame.intrinsics = {500.1 + i / 7.0, 510.0 / 3, 320.5, 239};
+    return recorded;
+}
+
+inline std::unique_ptr<RecordingWriter> createRecording(const std::filesystem::path& folder,
+                                                        const RecordingInfo& info = testInfo()) {
+    auto writer = RecordingWriter::create(folder, info);
+    if (const auto* error = std::get_if<RecordingError>(&writer)) {
+        ADD_FAILURE() << error->text;
+        return {};
+    }
+    return std::move(std::get<0>(writer));
+}
+
+inline void record(const std::filesystem::path& folder, const std::vector<RecordedFrame>& frames) {
+    const auto writer = createRecording(folder);
+    for (std::size_t i = 0; i < frames.size(); ++i)
+        if (const auto error = writer->add(frames[i], testPicture(96, 64, unsigned(i))))
+            ADD_FAILURE() << error->text;
+}
+
+inline std::unique_ptr<RecordingReader> openRecording(const std::filesystem::path& folder,
+                                                      Damage damage = Damage::refused) {
+    auto reader = RecordingReader::open(folder, damage);
+    if (const auto* error = std::get_if<RecordingError>(&reader)) {
+        ADD_FAILURE() << error->text;
+        return {};
+    }
+    return std::move(std::get<0>(reader));
+}
+
+} // namespace kestrin::session::test
