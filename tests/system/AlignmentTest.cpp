@@ -2,17 +2,17 @@
 // seen is read from pixels: the marks from the camera layer alone, the discs from the composed window.
 
 #include "Blobs.h"
-#include "Stage.h"
+#include "Quantile.h"
+#include "SteppedShow.h"
 
 #include "services/util/Json.h"
 #include "session/RoomFile.h"
+#include "session/SimulatedTracking.h"
 
-#include <boost/json/serialize.hpp>
+#include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 
 namespace kestrin::test {
 
@@ -25,7 +25,7 @@ constexpr double kSecondsAPose =
     2.5; ///< of the camera's path, so that two frames are never taken for one another
 constexpr double kMarkRadius = 0.022, kMarkWidth = 0.1; ///< metres
 constexpr double kTableTop = 0.7505;                    ///< metres above the floor
-constexpr double kDiscArea = std::numbers::pi * 6.5 * 6.5;
+constexpr double kDiscRadius = 6.5;                     ///< pixels
 constexpr double kReach = 20;  ///< pixels around a disc in which its mark is looked for
 constexpr double kMissed = 99; ///< pixels, for a disc without a mark
 constexpr std::array<double, 3> kMagenta{255, 0, 255};
@@ -47,18 +47,6 @@ std::shared_ptr<const session::Room> markedRoom() {
     return room;
 }
 
-std::string percentEncoded(const std::string& text) {
-    const gtk::GText escaped(g_uri_escape_string(text.c_str(), nullptr, FALSE));
-    return escaped.get();
-}
-
-std::string query(const std::string& fault) {
-    boost::json::array points;
-    for (const session::Vector3& point : markPoints())
-        points.push_back({point.x, point.y, point.z});
-    return "?points=" + percentEncoded(boost::json::serialize(points)) + "&fault=" + percentEncoded(fault);
-}
-
 struct Setting {
     int orientation;
     Mounting mounting;
@@ -67,91 +55,35 @@ struct Setting {
 StageOptions stageOptions(const Setting& setting, const std::string& fault) {
     StageOptions options;
     options.page = builtPage("align");
-    options.query = query(fault);
+    boost::json::array points;
+    for (const session::Vector3& point : markPoints())
+        points.push_back({point.x, point.y, point.z});
+    options.query = {{"points", points}, {"fault", boost::json::parse(fault)}};
     options.orientation = setting.orientation;
     if (setting.orientation <= 2)
         std::swap(options.width, options.height);
-    options.simulation.room = markedRoom();
-    options.simulation.rate = 1 / kSecondsAPose;
-    options.simulation.mounting = setting.mounting;
-    options.simulation.session.pacing = session::Pacing::stepped;
+    options.tracking = [setting](const platform::InterfaceOrientation& orientation) {
+        session::SimulatedOptions simulation;
+        simulation.room = markedRoom();
+        simulation.rate = 1 / kSecondsAPose;
+        simulation.mounting = setting.mounting;
+        simulation.session.pacing = session::Pacing::stepped;
+        simulation.session.orientation = &orientation;
+        return std::make_shared<session::SimulatedTracking>(simulation);
+    };
     return options;
 }
 
-/// Steps a session and measures each of its frames.
-class Measurement {
-  public:
-    Measurement(const Setting& setting, const std::string& fault) : m_stage(stageOptions(setting, fault)) {}
-
-    /// Distances in pixels, a disc each, all poses together.
-    std::vector<double> run() {
-        if (!begin())
-            return {};
-        for (int pose = 0; pose < kPoses && nextFrame(); ++pose)
-            measure();
-        return m_distances;
-    }
-
-  private:
-    /// Steps until the page draws: its engine runs, and a projection has come.
-    bool begin() {
-        return m_stage.runUntil(
-            [this] { return m_stage.tracking().step(0.01) && !m_stage.report().empty(); });
-    }
-
-    double reportedTime() const {
-        const auto* time = findMember(m_stage.report(), {"timestamp"});
-        return time && time->is_number() ? time->to_number<double>() : -1;
-    }
-
-    bool sameAsBefore(const platform::Image& camera) const {
-        return std::ranges::equal(camera.pixels(), m_camera.pixels());
-    }
-
-    /// Makes a frame, and waits until the page has drawn it and both layers are shown and stay as they are.
-    bool nextFrame() {
-        const double before = reportedTime();
-        if (!m_stage.step() || !m_stage.runUntil([&] { return reportedTime() > before; }))
-            return false;
-        return m_stage.runUntil([this] { return showsNewFrame(); });
-    }
-
-    bool showsNewFrame() {
-        m_stage.runFor(0.06);
-        const auto camera = m_stage.capture(*m_stage.view().getCameraView());
-        const auto composed = m_stage.capture(m_stage.view());
-        const bool isNew = camera.isValid() && !sameAsBefore(camera);
-        const bool isSteady = isNew && std::ranges::equal(camera.pixels(), m_candidate.pixels()) &&
-                              std::ranges::equal(composed.pixels(), m_composed.pixels());
-        m_steady = isSteady ? m_steady + 1 : 0;
-        m_candidate = camera;
-        m_composed = composed;
-        if (m_steady < 2)
-            return false;
-        m_camera = camera;
-        m_steady = 0;
-        return true;
-    }
-
-    void measure() {
-        for (const Blob& disc : findDiscs(m_composed, m_camera, kMagenta)) {
-            const bool whole = !disc.touchesEdge && std::abs(disc.area / kDiscArea - 1) < 0.05;
-            if (!whole)
-                continue;
-            const auto mark = findMark(m_camera, disc.centre, kReach);
-            m_distances.push_back(mark ? distance(mark->centre, disc.centre) : kMissed);
+/// Distances in pixels, a disc each, all poses together.
+std::vector<double> measure(const Setting& setting, const std::string& fault) {
+    std::vector<double> distances;
+    SteppedShow show(stageOptions(setting, fault));
+    for (int pose = 0; pose < kPoses && show.next(); ++pose)
+        for (const platform::Point& disc : show.discs(kMagenta, kDiscRadius)) {
+            const auto mark = findMark(show.camera(), disc, kReach);
+            distances.push_back(mark ? distance(mark->centre, disc) : kMissed);
         }
-    }
-
-    Stage m_stage;
-    platform::Image m_camera, m_candidate, m_composed;
-    int m_steady = 0;
-    std::vector<double> m_distances;
-};
-
-double quantile(std::vector<double> values, double share) {
-    std::ranges::sort(values);
-    return values.empty() ? kMissed : values[std::size_t(share * double(values.size() - 1))];
+    return distances;
 }
 
 struct Verdict {
@@ -167,7 +99,7 @@ std::ostream& operator<<(std::ostream& stream, const Verdict& verdict) {
 }
 
 Verdict judge(const Setting& setting, const std::string& fault) {
-    const auto distances = Measurement(setting, fault).run();
+    const auto distances = measure(setting, fault);
     const Verdict verdict{distances.size(), quantile(distances, 0.5), quantile(distances, 0.95)};
     std::cout << verdict << '\n';
     return verdict;

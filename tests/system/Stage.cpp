@@ -7,6 +7,8 @@
 #include "linux/toolkit/Widget.h"
 #include "services/util/Json.h"
 
+#include <boost/json/serialize.hpp>
+
 #include <atomic>
 #include <chrono>
 #include <stdexcept>
@@ -21,6 +23,17 @@ content::Application applicationOf(const StageOptions& options) {
     application.featureFlags = options.featureFlags;
     return application;
 }
+
+std::string queryOf(const StageOptions& options) {
+    std::string query;
+    for (const auto& [name, value] : options.query) {
+        const std::string text = boost::json::serialize(value);
+        const gtk::GText escaped(g_uri_escape_string(text.c_str(), nullptr, FALSE));
+        query += (query.empty() ? '?' : '&') + name + '=' + escaped.get();
+    }
+    return query;
+}
+
 } // namespace
 
 Stage::Stage(const StageOptions& options) : m_server(applicationOf(options)) {
@@ -42,9 +55,7 @@ void Stage::installPlatform(const StageOptions& options) {
     linux.orientation = options.orientation;
     linux.hostMap = gtk::HostMap::parse(m_server.hostMapEntry(content::Form::Direct));
     linux.worldTracking = [&](const platform::InterfaceOrientation& orientation) {
-        session::SimulatedOptions simulation = options.simulation;
-        simulation.session.orientation = &orientation;
-        return m_tracking = std::make_shared<session::SimulatedTracking>(simulation);
+        return m_tracking = options.tracking(orientation);
     };
     auto platform = gtk::LinuxPlatform::make(linux);
     if (!platform)
@@ -60,7 +71,7 @@ void Stage::open(const StageOptions& options) {
     gtk_window_set_child(m_window.get(), gtk::widget(*m_view));
 
     auto settings = KestrinSettings::initWithKeyString(m_server.keyString(content::Form::Direct));
-    settings.setTemplateUrl(settings.getTemplateUrl() + options.query);
+    settings.setTemplateUrl(settings.getTemplateUrl() + queryOf(options));
     m_view->setup(settings);
     m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
                                      [this](const boost::json::object& event) {

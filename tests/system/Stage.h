@@ -4,13 +4,14 @@
 #include "core/KestrinView.h"
 #include "linux/LinuxPlatform.h"
 #include "linux/toolkit/GRef.h"
-#include "session/SimulatedTracking.h"
+#include "session/SourcedTracking.h"
 
-#include <boost/json/object.hpp>
+#include <boost/json/value.hpp>
 #include <gtk/gtk.h>
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,14 +20,15 @@ namespace kestrin::test {
 
 struct StageOptions {
     std::filesystem::path page;
-    std::string query; ///< appended to the page's address
+    std::map<std::string, boost::json::value> query; ///< of the page's address
     int width = 640, height = 480;
     int orientation = 0;
-    session::SimulatedOptions simulation;
+    /// Makes the world tracking for the platform's orientation.
+    std::function<std::shared_ptr<session::SourcedTracking>(const platform::InterfaceOrientation&)> tracking;
     std::vector<std::string> featureFlags;
 };
 
-/// A host application: a real window with a KestrinView over the simulated session, its page from a real
+/// A host application: a real window with a KestrinView over a session of its own, its page from a real
 /// server. One a process.
 class Stage {
   public:
@@ -34,7 +36,7 @@ class Stage {
     ~Stage();
 
     KestrinView& view() { return *m_view; }
-    session::SimulatedTracking& tracking() { return *m_tracking; }
+    session::SourcedTracking& tracking() { return *m_tracking; }
     GtkWindow* window() { return m_window.get(); }
 
     /// Turns the main loop until `done`; false when that takes longer than `seconds`.
@@ -53,7 +55,7 @@ class Stage {
     void open(const StageOptions& options);
 
     content::ContentServer m_server;
-    std::shared_ptr<session::SimulatedTracking> m_tracking;
+    std::shared_ptr<session::SourcedTracking> m_tracking;
     std::shared_ptr<KestrinView> m_view;
     gtk::GRef<GtkWindow> m_window;
     boost::json::object m_report;
