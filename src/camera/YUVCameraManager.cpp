@@ -13,6 +13,7 @@ using namespace platform;
 namespace {
 
 constexpr int kFramesPerSecond = 45;
+constexpr float kLowResolutionWidth = 480; // pixels
 
 std::shared_ptr<RenderView> makeCameraView() {
     auto view = makeView<RenderView>();
@@ -87,6 +88,23 @@ Size YUVCameraManager::bufferSize() const {
 Size YUVCameraManager::getScreenSize() const {
     const Screen screen = platform::platform().application().mainScreen();
     return {screen.size.width * screen.nativeScale, screen.size.height * screen.nativeScale};
+}
+
+Image YUVCameraManager::screenshot() const {
+    const ImageLayer picture{mView->renderPeer().newestPicture(), mView->bounds()};
+    const double scale = platform::platform().application().mainScreen().nativeScale;
+    return platform::platform().images().compose(picture.rect.size, false, scale, {&picture, 1});
+}
+
+Image YUVCameraManager::screenshotLowRes() const { return imageWithImage(screenshot(), kLowResolutionWidth); }
+
+Image YUVCameraManager::imageWithImage(const Image& image, float width) {
+    if (!image.isValid())
+        return {};
+    const double factor = width / image.size().width;
+    const Size size{image.size().width * factor, image.size().height * factor};
+    const ImageLayer layer{image, {{}, size}};
+    return platform::platform().images().compose(size, false, 1, {&layer, 1});
 }
 
 Size YUVCameraManager::fit_scale(const Size& content, const Size& view) {

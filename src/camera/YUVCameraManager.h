@@ -40,6 +40,14 @@ class YUVCameraManager : public CameraFrameConsumer,
     const std::shared_ptr<YUVCameraRenderer>& renderer() const { return _renderer; }
     /// Of the main screen, pixels. Thread: main.
     platform::Size getScreenSize() const;
+    /// The picture that was drawn last, of the view's size, at the main screen's native scale; transparent
+    /// before the first, absent while the view has no size. Waits for no drawing. Thread: main.
+    platform::Image screenshot() const;
+    /// The same 480 pixels wide. Thread: main.
+    platform::Image screenshotLowRes() const;
+    /// The image at a scale of 1, `width` pixels wide, its shape kept; an absent one stays absent. Thread:
+    /// any.
+    static platform::Image imageWithImage(const platform::Image& image, float width);
     /// The size at which `content` fills `view` with its shape kept, whole numbers. Thread: any.
     static platform::Size fit_scale(const platform::Size& content, const platform::Size& view);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Capture.h"
+#include "platform/Image.h"
 #include "platform/View.h"
 
 #include <functional>
@@ -154,6 +155,9 @@ class RenderViewPeer : public ViewPeer {
     virtual void setSettings(const RenderViewSettings& settings) = 0;
     /// Whether there is something to draw into now. Thread: drawing.
     virtual bool hasRenderPass() const = 0;
+    /// The newest picture that was presented, in pixels; absent before the first. Does not wait for the
+    /// drawing thread. Thread: main.
+    virtual Image newestPicture() = 0;
 };
 
 /// A view drawn by the GPU, on a drawing thread of its own that runs while the view is shown. Thread: main.

@@ -33,7 +33,14 @@ class Image {
     double m_scale = 1;
 };
 
-/// Reads and writes picture files in memory. Thread: any.
+/// A picture stretched over a rectangle.
+struct ImageLayer {
+    Image image;
+    Rect rect;                                               ///< points; y down
+    AffineTransform transform = AffineTransform::identity(); ///< of the rectangle, into the canvas
+};
+
+/// Reads and writes picture files in memory, and draws pictures. Thread: any.
 class ImageCodec {
   public:
     virtual ~ImageCodec() = default;
@@ -42,6 +49,11 @@ class ImageCodec {
     virtual Image decode(std::span<const std::uint8_t> bytes) const = 0;
     /// `quality` in [0, 1]; an absent image gives no bytes. Transparency is dropped.
     virtual std::vector<std::uint8_t> encodeJpeg(const Image& image, double quality) const = 0;
+    /// Layers drawn one over the other, smoothly, on a canvas of `size` points with `scale` pixels a point:
+    /// a black one if `opaque`, else a transparent one. The pixels are rounded to whole numbers; none, more
+    /// than 64 million, or a side of more than 32767 give an absent image. Absent layers draw nothing.
+    virtual Image compose(const Size& size, bool opaque, double scale,
+                          std::span<const ImageLayer> layers) const = 0;
 };
 
 } // namespace kestrin::platform

@@ -59,6 +59,8 @@ struct Rect {
 /// (x, y) -> (a x + c y + tx, b x + d y + ty). The default value is the zero transform.
 struct AffineTransform {
     double a = 0, b = 0, c = 0, d = 0, tx = 0, ty = 0;
+
+    static constexpr AffineTransform identity() { return {1, 0, 0, 1, 0, 0}; }
     bool operator==(const AffineTransform&) const = default;
 };
 

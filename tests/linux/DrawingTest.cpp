@@ -71,6 +71,40 @@ TEST_F(DrawingTest, ThePictureIsNeitherTurnedNorMirrored) {
     }
 }
 
+// Also in the middle of a frame, and without waiting for its end.
+TEST_F(DrawingTest, TheNewestPictureCanBeReadBack) {
+    struct Gate {
+        std::atomic<bool> isShut = false, isReached = false, wasGivenUp = false;
+    };
+    const auto gate = std::make_shared<Gate>();
+    layer->beforeDraw = [gate] {
+        for (int i = 0; gate->isShut && !gate->wasGivenUp; gate->wasGivenUp = ++i > 500) {
+            gate->isReached = true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    };
+    EXPECT_FALSE(camera->renderPeer().newestPicture().isValid());
+    show(*root);
+    present(std::make_shared<NvPicture>(64, 48, 0, [](int x, int y) {
+        return y >= 12 ? Rgb{0, 0, 255} : x >= 16 ? Rgb{0, 255, 0} : Rgb{255, 0, 0};
+    }));
+    gate->isShut = true;
+    EXPECT_TRUE(runUntil([&] { return gate->isReached.load(); }));
+    const platform::Image picture = camera->renderPeer().newestPicture();
+    EXPECT_FALSE(gate->wasGivenUp);
+    gate->isShut = false;
+    ASSERT_EQ(picture.pixelWidth(), 200 * scale());
+    const auto at = [&](double x, double y) {
+        const auto column = std::size_t(x * picture.pixelWidth()),
+                   row = std::size_t(y * picture.pixelHeight());
+        const auto* p = &picture.pixels()[(row * std::size_t(picture.pixelWidth()) + column) * 4];
+        return Pixel{p[0], p[1], p[2]};
+    };
+    EXPECT_PIXEL(at(0.1, 0.1), {255, 0, 0});
+    EXPECT_PIXEL(at(0.9, 0.1), {0, 255, 0});
+    EXPECT_PIXEL(at(0.1, 0.9), {0, 0, 255});
+}
+
 TEST_F(DrawingTest, TheSizeIsToldInPixelsAndDrawnIn) {
     show(*root);
     const double s = scale();

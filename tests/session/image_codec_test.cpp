@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <string>
 
@@ -49,6 +50,42 @@ TEST(PixbufCodec, WhatIsNoPictureGivesNone) {
     };
     EXPECT_TRUE(codec.decode(bitmap(650, 11)).isValid());
     EXPECT_FALSE(codec.decode(bitmap(65000, 1100)).isValid());
+}
+
+TEST(PixbufCodec, DrawsPicturesOverEachOther) {
+    const PixbufCodec codec;
+    const auto solid = [](int width, int height, const Bytes& color) {
+        Bytes pixels;
+        for (int i = 0; i < width * height; ++i)
+            pixels.insert(pixels.end(), color.begin(), color.end());
+        return Image(width, height, std::move(pixels));
+    };
+    const auto at = [](const Image& image, int x, int y) {
+        const auto pixels = image.pixels().subspan(std::size_t(y * image.pixelWidth() + x) * 4, 4);
+        return Bytes(pixels.begin(), pixels.end());
+    };
+    const Bytes red{255, 0, 0, 255}, clear{0, 0, 0, 0};
+    // Stretched to the very edge; a faint layer above; what shows nothing spoils nothing.
+    const platform::ImageLayer layers[] = {{solid(3, 2, red), {{}, {10, 10}}},
+                                           {Image(), {{}, {10, 10}}},
+                                           {solid(3, 2, red), {{}, {0, 10}}},
+                                           {solid(5, 5, {0, 0, 255, 51}), {{5, 0}, {5, 5}}}};
+    const Image drawn = codec.compose({10, 20}, false, 2, layers);
+    ASSERT_EQ(drawn.pixelWidth(), 20);
+    EXPECT_EQ(drawn.size(), (platform::Size{10, 20}));
+    EXPECT_EQ(at(drawn, 0, 0), red);
+    EXPECT_EQ(at(drawn, 19, 19), red);
+    EXPECT_EQ(at(drawn, 12, 5), (Bytes{204, 0, 51, 255}));
+    EXPECT_EQ(at(drawn, 0, 20), clear);
+    EXPECT_EQ(at(codec.compose({10, 20}, true, 2, layers), 0, 20), (Bytes{0, 0, 0, 255}));
+    // What is only half there keeps its colour.
+    const platform::ImageLayer faint{solid(4, 4, {200, 100, 50, 128}), {{}, {4, 4}}};
+    EXPECT_NEAR(at(codec.compose({4, 4}, false, 1, {&faint, 1}), 1, 1)[0], 200, 1);
+    // A quarter of a turn, clockwise.
+    const platform::ImageLayer turned{slope(8, 8), {{-4, -4}, {8, 8}}, {0, 1, -1, 0, 4, 4}};
+    EXPECT_EQ(at(codec.compose({8, 8}, false, 1, {&turned, 1}), 7, 0), at(slope(8, 8), 0, 0));
+    for (const platform::Size& size : {platform::Size{0, 5}, {-3, 5}, {1e9, 1}, {9000, 9000}, {NAN, 4}})
+        EXPECT_FALSE(codec.compose(size, false, 1, {}).isValid());
 }
 
 } // namespace

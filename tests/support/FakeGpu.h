@@ -68,6 +68,7 @@ struct FakeRenderPeer : RecordingPeer<platform::RenderViewPeer> {
     }
     void setSettings(const platform::RenderViewSettings& value) override { settings = value; }
     bool hasRenderPass() const override { return renderPass; }
+    platform::Image newestPicture() override { return picture; }
 
     void draw();
     void resizeDrawable(const platform::Size& pixels);
@@ -76,6 +77,7 @@ struct FakeRenderPeer : RecordingPeer<platform::RenderViewPeer> {
     std::weak_ptr<platform::RenderViewDelegate> delegate;
     platform::RenderViewSettings settings;
     bool renderPass = true;
+    platform::Image picture; ///< as presented last
 };
 
 class FakeGpu : public platform::Gpu {

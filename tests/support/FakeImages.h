@@ -10,6 +10,9 @@ class FakeImageCodec : public platform::ImageCodec {
     platform::Image decode(std::span<const std::uint8_t> bytes) const override;
     /// The quality does not show.
     std::vector<std::uint8_t> encodeJpeg(const platform::Image& image, double quality) const override;
+    /// Takes the nearest pixel.
+    platform::Image compose(const platform::Size& size, bool opaque, double scale,
+                            std::span<const platform::ImageLayer> layers) const override;
 };
 
 /// A picture of one colour.

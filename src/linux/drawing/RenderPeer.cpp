@@ -1,5 +1,7 @@
 #include "linux/drawing/RenderPeer.h"
 
+#include "linux/toolkit/Texture.h"
+
 #include <utility>
 
 namespace kestrin::gtk {
@@ -17,10 +19,7 @@ GdkToplevel* toplevelOf(GtkWidget* widget) {
 
 RenderPeer::RenderPeer(platform::View& view, std::shared_ptr<platform::LogSink> log)
     : WidgetPeer(&view), m_view(view), m_log(std::move(log)),
-      m_widget(GRef<RenderWidget>::refSink(newRenderWidget())), m_published([this] {
-          if (auto texture = m_ring->takeNewest())
-              setTexture(*m_widget.get(), std::move(texture));
-      }) {
+      m_widget(GRef<RenderWidget>::refSink(newRenderWidget())), m_published([this] { showNewest(); }) {
     GtkWidget* native = &m_widget.get()->parentInstance;
     m_widget.get()->state->allocated = [this] { updateSize(); };
     m_map = SignalHandler(native, "map", G_CALLBACK(mapped), this);
@@ -33,6 +32,18 @@ RenderPeer::RenderPeer(platform::View& view, std::shared_ptr<platform::LogSink> 
 RenderPeer::~RenderPeer() {
     m_widget.get()->state->allocated = nullptr;
     setTexture(*m_widget.get(), {});
+}
+
+void RenderPeer::showNewest() {
+    if (auto texture = m_ring->takeNewest())
+        setTexture(*m_widget.get(), std::move(texture));
+}
+
+platform::Image RenderPeer::newestPicture() {
+    if (m_ring)
+        showNewest(); // it may have been published since the last turn of the main loop
+    GdkTexture* const texture = m_widget.get()->state->texture.get();
+    return texture ? readTexture(texture) : platform::Image();
 }
 
 void RenderPeer::setDelegate(std::weak_ptr<platform::RenderViewDelegate> delegate) {

@@ -19,6 +19,7 @@ class RenderPeer final : public WidgetPeer<platform::RenderViewPeer>, private Re
     void setSettings(const platform::RenderViewSettings& settings) override;
     /// Thread: drawing.
     bool hasRenderPass() const override { return m_thread && m_thread->hasPass(); }
+    platform::Image newestPicture() override;
 
     /// Null before the view was shown. Thread: drawing.
     DrawingThread* drawingThread() const { return m_thread.get(); }
@@ -28,6 +29,7 @@ class RenderPeer final : public WidgetPeer<platform::RenderViewPeer>, private Re
     static void unmapped(gpointer, RenderPeer* self);
     static void unrealized(gpointer, RenderPeer* self);
     static void changed(gpointer, gpointer, RenderPeer* self);
+    void showNewest();
     void startThread();
     void updateShown();
     void updateSize();
