@@ -16,11 +16,13 @@ constexpr double kLongestWait = 3600; // seconds
 
 std::chrono::nanoseconds seconds(double value) { return std::chrono::nanoseconds(std::int64_t(value * 1e9)); }
 
+double speedOf(double speed) { return speed > 0 ? std::clamp(speed, 0.001, 1000.0) : 1; }
+
 } // namespace
 
 SessionLoop::SessionLoop(std::unique_ptr<FrameSource> source, SessionOptions options)
     : m_options(std::move(options)), m_model(source->model()), m_rate(source->rate()),
-      m_source(std::move(source)) {}
+      m_speed(speedOf(m_options.speed)), m_source(std::move(source)) {}
 
 void SessionLoop::setDelegate(std::weak_ptr<platform::ArSessionDelegate> delegate) {
     const std::lock_guard lock(m_mutex);
@@ -97,7 +99,8 @@ void SessionLoop::work() {
         const std::lock_guard lock(m_mutex);
         m_thread = std::this_thread::get_id();
     }
-    m_pool.emplace(m_model.width, m_model.height, m_options.buffers, [weak = weak_from_this()] {
+    const int buffers = m_options.buffers + (m_options.tap ? m_options.tap->pictures() : 0);
+    m_pool.emplace(m_model.width, m_model.height, buffers, [weak = weak_from_this()] {
         if (const auto loop = weak.lock())
             loop->wake();
     });
@@ -150,10 +153,10 @@ bool SessionLoop::waitUntilDue(Lock& lock) {
             m_wake.wait(lock);
             continue;
         }
-        const Clock::time_point due = m_start + seconds(*time), now = Clock::now();
+        const Clock::time_point due = m_start + seconds(*time / m_speed), now = Clock::now();
         if (now < due)
             m_wake.wait_until(lock, due);
-        else if (now - due < seconds(1 / m_rate))
+        else if (now - due < seconds(1 / (m_rate * m_speed)))
             return true;
         else
             m_source->skip();
@@ -168,7 +171,7 @@ void SessionLoop::beginRun(Lock& lock) {
     lock.unlock();
     m_source->begin(configuration, options);
     m_estimatesLight = configuration.lightEstimationEnabled;
-    m_start = Clock::now() - seconds(m_source->nextTime().value_or(0));
+    m_start = Clock::now() - seconds(m_source->nextTime().value_or(0) / m_speed);
     lock.lock();
 }
 
@@ -192,6 +195,7 @@ bool SessionLoop::produce(const Job& job) {
     const auto frame = makeFrame(*sourced, job, code);
     if (!publish(frame, job.generation))
         return true;
+    tellTap(*sourced, job);
     {
         const platform::InterfaceOrientation::Pin pin(code);
         tellDelegate(frame, job.generation);
@@ -217,12 +221,12 @@ std::shared_ptr<const ArFrame> SessionLoop::makeFrame(const SourcedFrame& source
     return frame;
 }
 
-/// False when the run to which the frame belongs is over.
 std::uint64_t SessionLoop::frames() const {
     const std::lock_guard lock(m_mutex);
     return m_frames;
 }
 
+/// False when the run to which the frame belongs is over.
 bool SessionLoop::publish(std::shared_ptr<const ArFrame> frame, Generation generation) {
     const std::lock_guard lock(m_mutex);
     if (generation != m_generation)
@@ -230,6 +234,14 @@ bool SessionLoop::publish(std::shared_ptr<const ArFrame> frame, Generation gener
     m_frame.swap(frame);
     ++m_frames;
     return true;
+}
+
+void SessionLoop::tellTap(const SourcedFrame& sourced, const Job& job) const {
+    if (!m_options.tap)
+        return;
+    TappedFrame tapped{m_model, m_rate, sourced, m_anchors.current(), job.picture};
+    tapped.frame.anchors = {};
+    m_options.tap->deliver(std::move(tapped));
 }
 
 void SessionLoop::tellDelegate(const std::shared_ptr<const ArFrame>& frame, Generation generation) {

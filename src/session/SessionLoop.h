@@ -4,6 +4,7 @@
 #include "session/AnchorLedger.h"
 #include "session/BufferPool.h"
 #include "session/FrameSource.h"
+#include "session/SessionTap.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -28,6 +29,8 @@ struct SessionOptions {
     /// Must outlive the session; landscape right when there is none.
     const platform::InterfaceOrientation* orientation = nullptr;
     std::function<void(std::string_view)> log; ///< may be empty; called on any thread
+    std::shared_ptr<SessionTap> tap = {};      ///< may be empty
+    double speed = 1;                          ///< times real time; what is not positive is 1
 };
 
 /// The part of a session that its thread shares: commands go in on any thread, frames come out on the session
@@ -66,6 +69,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
     std::shared_ptr<const platform::ArFrame> makeFrame(const SourcedFrame& sourced, const Job& job,
                                                        int orientation) const;
     bool publish(std::shared_ptr<const platform::ArFrame> frame, Generation generation);
+    void tellTap(const SourcedFrame& sourced, const Job& job) const;
     void tellDelegate(const std::shared_ptr<const platform::ArFrame>& frame, Generation generation);
     std::shared_ptr<platform::ArSessionDelegate> delegateOf(Generation generation) const;
     std::shared_ptr<const platform::ArFrame> frameForRun(unsigned options) const;
@@ -75,7 +79,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
 
     const SessionOptions m_options;
     const CameraModel m_model;
-    const double m_rate;
+    const double m_rate, m_speed;
 
     mutable std::mutex m_mutex;
     std::condition_variable m_wake; ///< a command came, or a buffer came back

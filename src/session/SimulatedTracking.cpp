@@ -25,17 +25,11 @@ CameraModel modelOf(const SimulatedOptions& options, const Room& room) {
     return {options.intrinsics.value_or(centred), width, height, options.mounting};
 }
 
-SessionOptions checked(SessionOptions options) {
-    options.buffers = std::clamp(options.buffers, 2, 64);
-    return options;
-}
-
 } // namespace
 
 SimulatedTracking::SimulatedTracking(SimulatedOptions options)
-    : SourcedTracking(checked(std::move(options.session))),
-      m_room(options.room ? options.room : defaultRoom()), m_model(modelOf(options, *m_room)),
-      m_rate(rateOf(options.rate)) {}
+    : SourcedTracking(std::move(options.session)), m_room(options.room ? options.room : defaultRoom()),
+      m_model(modelOf(options, *m_room)), m_rate(rateOf(options.rate)) {}
 
 std::unique_ptr<FrameSource> SimulatedTracking::makeSource() const {
     return std::make_unique<SimulatedSource>(m_room, m_model, m_rate);

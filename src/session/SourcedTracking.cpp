@@ -1,10 +1,20 @@
 #include "session/SourcedTracking.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kestrin::session {
 
-SourcedTracking::SourcedTracking(SessionOptions options) : m_options(std::move(options)) {}
+namespace {
+
+SessionOptions checked(SessionOptions options) {
+    options.buffers = std::clamp(options.buffers, 2, 64);
+    return options;
+}
+
+} // namespace
+
+SourcedTracking::SourcedTracking(SessionOptions options) : m_options(checked(std::move(options))) {}
 
 std::shared_ptr<platform::ArSession> SourcedTracking::makeSession() {
     auto session = std::make_shared<SourcedSession>(makeSource(), m_options);

@@ -4,7 +4,8 @@
 
 namespace kestrin::session {
 
-VideoWriter::VideoWriter(const std::filesystem::path& file, int width, int height) : m_file(file) {
+VideoWriter::VideoWriter(const std::filesystem::path& file, int width, int height)
+    : m_name(file.string()), m_file(file) {
     const auto write = [this](GstBuffer* buffer) {
         GstMapInfo bytes;
         if (!gst_buffer_map(buffer, &bytes, GST_MAP_READ))
@@ -20,7 +21,7 @@ VideoWriter::VideoWriter(const std::filesystem::path& file, int width, int heigh
                                   {"matroskamux", {{"streamable", "true"}, {"writing-app", "Kestrin"}}}},
                                  pictures, {{}, write}, missing);
     if (!m_chain)
-        m_error = file.string() + ": there is not " + missing;
+        m_error = m_name + ": there is not " + missing;
 }
 
 std::optional<std::string> VideoWriter::add(double time, const Nv12Buffer& picture) {
@@ -29,7 +30,7 @@ std::optional<std::string> VideoWriter::add(double time, const Nv12Buffer& pictu
     GstBuffer* buffer = toVideo(picture, videoFormat(picture.width(), picture.height()));
     GST_BUFFER_PTS(buffer) = GstClockTime(time * 1e9 + 0.5);
     if (!m_chain->push(buffer) && !m_file.error())
-        m_error = "the picture cannot be coded";
+        m_error = m_name + ": the picture cannot be coded";
     return error();
 }
 

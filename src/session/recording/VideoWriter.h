@@ -21,6 +21,7 @@ class VideoWriter {
     const std::optional<std::string>& error() const { return m_error ? m_error : m_file.error(); }
 
   private:
+    const std::string m_name;
     OutputFile m_file;
     std::optional<std::string> m_error;
     std::unique_ptr<ElementChain> m_chain;
