@@ -26,6 +26,9 @@ class Image {
     /// In points.
     Size size() const { return {m_width / m_scale, m_height / m_scale}; }
     std::span<const std::uint8_t> pixels() const;
+    /// The part of the rectangle (pixels, from the top-left corner) that lies within the picture, at scale 1;
+    /// absent when nothing does.
+    Image cropped(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) const;
 
   private:
     std::shared_ptr<const std::vector<std::uint8_t>> m_pixels;
@@ -47,7 +50,8 @@ class ImageCodec {
     /// PNG, JPEG and what else the system reads; bytes that are no picture, or one of more than 64 million
     /// pixels, give an absent image.
     virtual Image decode(std::span<const std::uint8_t> bytes) const = 0;
-    /// `quality` in [0, 1]; an absent image gives no bytes. Transparency is dropped.
+    /// `quality` in [0, 1], kept within it; at 1 the colours are as fine as the brightness. An absent image,
+    /// or one that JPEG has no room for, gives no bytes. Transparency is dropped.
     virtual std::vector<std::uint8_t> encodeJpeg(const Image& image, double quality) const = 0;
     /// Layers drawn one over the other, smoothly, on a canvas of `size` points with `scale` pixels a point:
     /// a black one if `opaque`, else a transparent one. The pixels are rounded to whole numbers; none, more

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <filesystem>
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace kestrin::platform {
@@ -15,8 +16,12 @@ class Storage {
                                                       const std::string& type) const = 0;
     /// A text of the main bundle's information dictionary.
     virtual std::optional<std::string> information(const std::string& key) const = 0;
-    /// A per-user folder; it exists.
-    virtual std::filesystem::path documentsDirectory() const = 0;
+    /// The bytes of a file in the application's documents folder, which is the person's own; none when it is
+    /// not there or `name` leads elsewhere.
+    virtual std::optional<std::string> readDocument(const std::string& name) const = 0;
+    /// Puts a file in the place of the one of that name, which stays as it was when writing fails or is
+    /// interrupted; false then, and when `name` leads out of the folder.
+    virtual bool writeDocument(const std::string& name, std::span<const std::uint8_t> bytes) = 0;
 };
 
 struct Device {

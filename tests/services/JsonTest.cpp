@@ -26,6 +26,16 @@ TEST(Json, NestsToItsBoundAndNotBeyond) {
     EXPECT_EQ(serializeJson(json::array{std::numeric_limits<double>::infinity()}), std::nullopt);
 }
 
+TEST(Json, WritesUtf8Only) {
+    for (const char* good : {"\x7F", "\xC2\x80", "\xE2\x82\xAC", "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"})
+        EXPECT_TRUE(serializeJson(json::array{good})) << good;
+    for (const char* bad : {"\x80", "\xC1\xBF", "\xE2\x82", "\xE2\x28\xA1", "\xE0\x9F\xBF", "\xED\xA0\x80",
+                            "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xFF"}) {
+        EXPECT_FALSE(serializeJson(json::array{bad})) << bad;
+        EXPECT_FALSE(serializeJson(json::object{{bad, 1}})) << bad;
+    }
+}
+
 TEST(Json, TellsMembersPresenceTruthAndNumbers) {
     struct {
         const char* text;

@@ -1,15 +1,18 @@
 #include "services/util/KestrinUtil.h"
 #include "services/util/CertificatePolicy.h"
+#include "services/util/UploadTrust.h"
 #include "support/FakePlatform.h"
 
 #include <boost/json.hpp>
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <numeric>
 
 using namespace kestrin;
 namespace json = boost::json;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
@@ -54,6 +57,80 @@ TEST_F(KestrinUtilTest, ARequestAnswersOnMainWhateverTheStatus) {
     for (const char* none : {"", "5", "\"text\"", "null", "<html>404</html>", R"({"cut": )"}) {
         system->server.answer(kUrl, none);
         EXPECT_EQ(request(), std::nullopt) << none;
+    }
+}
+
+TEST_F(KestrinUtilTest, AnImageIsPostedWithItsParameters) {
+    const platform::Image image = test::makeImage(8, 8);
+    const json::object params{{"application_id", "a"}, {"file", "overwritten"}};
+    const auto post = [&] {
+        std::optional<json::value> got = json::value("not called");
+        KestrinUtil::sendAsyncImageRequestWithParams(kUrl, image, &params, [&](auto answer) {
+            EXPECT_TRUE(system->queues.isMain());
+            got = std::move(answer);
+        });
+        system->queues.runWorkers();
+        runMain();
+        return got;
+    };
+    system->server.answer(kUrl, R"({"error":"none found"})", 500);
+    EXPECT_EQ(post(), json::parse(R"({"error":"none found"})"));
+    const platform::HttpRequest request = system->server.requests().at(0);
+    EXPECT_EQ(request.method, "POST");
+    EXPECT_EQ(request.headers, (std::map<std::string, std::string>{{"Content-Type", "application/json"}}));
+    const std::string file = KestrinUtil::convertImageToBase64JPEG(image);
+    EXPECT_EQ(json::parse(request.body), json::value({{"application_id", "a"}, {"file", file}}));
+    EXPECT_EQ(file.find("\r\n"), 64U);
+    EXPECT_THAT(takeLog(), IsEmpty());
+    system->server.answer(kUrl, "\"text\"");
+    EXPECT_EQ(post(), std::nullopt);
+    certificatePolicy = CertificatePolicy::strict;
+    system->server.answer(kUrl, "{}");
+    EXPECT_EQ(post(), std::nullopt);
+}
+
+TEST_F(KestrinUtilTest, AnUploadTrustsItsOwnServerOnly) {
+    EXPECT_TRUE(UploadTrust("https://a.example:8443/x").acceptServerTrust("a.example"));
+    EXPECT_TRUE(UploadTrust("https://[::1]/x").acceptServerTrust("::1"));
+    EXPECT_FALSE(UploadTrust("https://a.example/x").acceptServerTrust("b.example"));
+}
+
+TEST_F(KestrinUtilTest, KeepsImagesAsDocumentsAndFindsThoseOfTheBundle) {
+    const platform::Image image = test::makeImage(3, 2);
+    KestrinUtil::saveJPGImage(image, "id.1");
+    KestrinUtil::saveJPGImage({}, "absent");
+    EXPECT_THAT(system->files.documentNames(), ElementsAre("id.1.jpg"));
+    EXPECT_EQ(KestrinUtil::loadJPGImage("id.1").size(), image.size());
+    EXPECT_FALSE(KestrinUtil::loadJPGImage("id").isValid());
+
+    const auto bytes = system->imageCodec.encodeJpeg(image, 1);
+    system->files.resources = {{"logo.png", {bytes.begin(), bytes.end()}}, {"broken.jpg", "no picture"}};
+    EXPECT_TRUE(KestrinUtil::loadImageBundled("logo.png").isValid());
+    EXPECT_TRUE(KestrinUtil::loadJPGImageBundled("logo").isValid());
+    EXPECT_FALSE(KestrinUtil::loadJPGImageBundled("broken").isValid());
+    system->files.resources.clear();
+    EXPECT_TRUE(KestrinUtil::loadJPGImageBundled("logo").isValid()) << "not kept";
+}
+
+TEST_F(KestrinUtilTest, CropsWhatLiesWithinThePicture) {
+    std::vector<std::uint8_t> pixels(4 * 3 * 4);
+    std::iota(pixels.begin(), pixels.end(), std::uint8_t(0));
+    const platform::Image image(4, 3, pixels, 2);
+    constexpr int kMost = std::numeric_limits<int>::max(), kLeast = std::numeric_limits<int>::min();
+    struct {
+        int x, y, width, height;
+        int gotWidth, gotHeight, first, last; ///< of the pixels' first bytes
+    } const cases[] = {{1, 1, 2, 1, 2, 1, 20, 24},         {-1, -1, 3, 3, 2, 2, 0, 20},
+                       {2, 2, kMost, kMost, 2, 1, 40, 44}, {kLeast, 0, kMost, 3, 0, 0, 0, 0},
+                       {4, 0, 1, 1, 0, 0, 0, 0},           {1, 1, -1, 2, 0, 0, 0, 0}};
+    for (const auto& [x, y, width, height, gotWidth, gotHeight, first, last] : cases) {
+        SCOPED_TRACE(x);
+        const platform::Image part = KestrinUtil::cropImage(image, x, y, width, height);
+        EXPECT_EQ(part.size(), (platform::Size{double(gotWidth), double(gotHeight)}));
+        if (part.isValid()) {
+            EXPECT_EQ(part.pixels().front(), first);
+            EXPECT_EQ(part.pixels()[part.pixels().size() - 4], last);
+        }
     }
 }
 

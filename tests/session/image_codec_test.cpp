@@ -35,6 +35,18 @@ TEST(PixbufCodec, JpegComesBackNearlyTheSame) {
     EXPECT_LT(error / double(image.pixels().size()), 2);
 }
 
+TEST(PixbufCodec, TheBestQualityKeepsTheColourOfEachPixel) {
+    Bytes pixels;
+    for (int i = 0; i < 16 * 16; ++i) {
+        const bool red = (i + i / 16) % 2 == 0;
+        pixels.insert(pixels.end(), {std::uint8_t(red ? 200 : 40), 40, std::uint8_t(red ? 40 : 200), 255});
+    }
+    const PixbufCodec codec;
+    const Image back = codec.decode(codec.encodeJpeg({16, 16, pixels}, 100));
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        ASSERT_NEAR(back.pixels()[i], pixels[i], 6) << i;
+}
+
 TEST(PixbufCodec, WhatIsNoPictureGivesNone) {
     const PixbufCodec codec;
     const std::string words = "This is not a picture, however long one looks at it.";

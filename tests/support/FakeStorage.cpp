@@ -1,10 +1,6 @@
 #include "support/FakeStorage.h"
 
-#include <random>
-
 namespace kestrin::test {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -15,23 +11,30 @@ std::optional<std::string> find(const std::map<std::string, std::string>& values
 
 } // namespace
 
-FakeStorage::FakeStorage() {
-    std::random_device random;
-    do
-        m_documents = fs::temp_directory_path() / ("kestrin-test-" + std::to_string(random()));
-    while (!fs::create_directory(m_documents));
-}
-
-FakeStorage::~FakeStorage() {
-    std::error_code ignored;
-    fs::remove_all(m_documents, ignored);
-}
-
 std::optional<std::string> FakeStorage::bundleResource(const std::string& name,
                                                        const std::string& type) const {
-    return find(resources, name + "." + type);
+    return find(resources, type.empty() ? name : name + "." + type);
 }
 
 std::optional<std::string> FakeStorage::information(const std::string& key) const { return find(info, key); }
+
+std::optional<std::string> FakeStorage::readDocument(const std::string& name) const {
+    const std::lock_guard lock(m_mutex);
+    return find(m_documents, name);
+}
+
+bool FakeStorage::writeDocument(const std::string& name, std::span<const std::uint8_t> bytes) {
+    const std::lock_guard lock(m_mutex);
+    m_documents[name] = {bytes.begin(), bytes.end()};
+    return true;
+}
+
+std::vector<std::string> FakeStorage::documentNames() const {
+    const std::lock_guard lock(m_mutex);
+    std::vector<std::string> names;
+    for (const auto& [name, bytes] : m_documents)
+        names.push_back(name);
+    return names;
+}
 
 } // namespace kestrin::test

@@ -1,9 +1,9 @@
 #include "linux/storage/BundleStorage.h"
 
+#include "linux/storage/FileContents.h"
 #include "linux/toolkit/GRef.h"
 
 #include <boost/json.hpp>
-#include <gio/gio.h>
 
 #include <algorithm>
 #include <utility>
@@ -47,12 +47,7 @@ std::optional<std::string> BundleStorage::read(const std::string& path) const {
         return std::nullopt;
     const auto bundle = GRef<GFile>::adopt(g_file_new_for_commandline_arg(m_bundle.c_str()));
     const auto file = GRef<GFile>::adopt(g_file_resolve_relative_path(bundle.get(), path.c_str()));
-    char* bytes = nullptr;
-    gsize size = 0;
-    if (!g_file_load_contents(file.get(), nullptr, &bytes, &size, nullptr, nullptr))
-        return std::nullopt;
-    const GText owned(bytes);
-    return std::string(bytes, size);
+    return contentsOf(file.get());
 }
 
 std::optional<std::string> BundleStorage::bundleResource(const std::string& name,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/storage/DocumentFolder.h"
 #include "platform/Log.h"
 #include "platform/Storage.h"
 
@@ -17,14 +18,19 @@ class BundleStorage final : public platform::Storage {
     std::optional<std::string> bundleResource(const std::string& name,
                                               const std::string& type) const override;
     std::optional<std::string> information(const std::string& key) const override;
-    std::filesystem::path documentsDirectory() const override { return m_documents; }
+    std::optional<std::string> readDocument(const std::string& name) const override {
+        return m_documents.read(name);
+    }
+    bool writeDocument(const std::string& name, std::span<const std::uint8_t> bytes) override {
+        return m_documents.write(name, bytes);
+    }
 
   private:
     std::optional<std::string> read(const std::string& path) const;
     void readInformation(platform::LogSink& log);
 
     const std::string m_bundle;
-    const std::filesystem::path m_documents;
+    const DocumentFolder m_documents;
     std::map<std::string, std::string, std::less<>> m_information;
 };
 

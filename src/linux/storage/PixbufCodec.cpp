@@ -84,8 +84,8 @@ std::vector<std::uint8_t> PixbufCodec::encodeJpeg(const platform::Image& image, 
     unsigned char* bytes = nullptr;
     unsigned long size = 0;
     const int result = compressor ? tjCompress2(compressor.get(), image.pixels().data(), image.pixelWidth(),
-                                                0, image.pixelHeight(), TJPF_RGBX, &bytes, &size, TJSAMP_420,
-                                                percent(quality), 0)
+                                                0, image.pixelHeight(), TJPF_RGBX, &bytes, &size,
+                                                quality < 1 ? TJSAMP_420 : TJSAMP_444, percent(quality), 0)
                                   : -1;
     const std::unique_ptr<unsigned char, decltype(&tjFree)> owned(bytes, tjFree);
     if (result != 0)

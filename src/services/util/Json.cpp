@@ -1,12 +1,14 @@
 #include "services/util/Json.h"
 
 #include "services/util/Numbers.h"
+#include "services/util/Utf8.h"
 
 #include <boost/json.hpp>
 
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <utility>
 
 namespace kestrin {
 
@@ -23,12 +25,14 @@ bool canBeWritten(const json::array& list, std::size_t depth) {
 
 bool canBeWritten(const json::object& map, std::size_t depth) {
     return depth > 0 && std::ranges::all_of(map, [depth](const json::key_value_pair& item) {
-               return canBeWritten(item.value(), depth - 1);
+               return isUtf8(item.key()) && canBeWritten(item.value(), depth - 1);
            });
 }
 
 bool canBeWritten(const json::value& value, std::size_t depth) {
     switch (value.kind()) {
+    case json::kind::string:
+        return isUtf8(value.get_string());
     case json::kind::double_:
         return std::isfinite(value.get_double());
     case json::kind::array:
@@ -45,18 +49,24 @@ std::optional<std::string> write(const Value& value) {
     return canBeWritten(value, kMaxJsonDepth) ? std::optional(json::serialize(value)) : std::nullopt;
 }
 
-} // namespace
-
-std::optional<json::value> parseJson(std::string_view text) {
+std::optional<json::value> parse(std::string_view text, json::storage_ptr memory) {
     json::parse_options options;
     options.max_depth = kMaxJsonDepth;
     json::error_code error;
     try {
-        auto value = json::parse(text, error, {}, options);
+        auto value = json::parse(text, error, std::move(memory), options);
         return error ? std::nullopt : std::optional(std::move(value));
     } catch (const std::exception&) {
         return std::nullopt; // no memory for it, or a text longer than the library takes
     }
+}
+
+} // namespace
+
+std::optional<json::value> parseJson(std::string_view text) { return parse(text, {}); }
+
+std::optional<json::value> parseJsonInOnePiece(std::string_view text) {
+    return parse(text, json::make_shared_resource<json::monotonic_resource>());
 }
 
 std::optional<std::string> serializeJson(const json::value& value) { return write(value); }

@@ -5,12 +5,12 @@
 #include "services/util/Format.h"
 #include "services/util/Json.h"
 #include "services/util/Numbers.h"
-#include "services/util/OverrideNSURLSessionDelegate.h"
 
 #include <boost/json.hpp>
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace kestrin {
 
@@ -18,23 +18,9 @@ namespace json = boost::json;
 
 namespace {
 
-platform::HttpRequest getRequest(const std::string& url) {
-    platform::HttpRequest request;
-    request.url = url;
-    return request;
-}
-
-std::optional<std::string> fetch(const std::string& url) {
-    const auto delegate = OverrideNSURLSessionDelegate::getInstance();
-    auto response = platform::platform().http().fetch(getRequest(url), delegate.get());
-    return response ? std::optional(std::move(response->body)) : std::nullopt;
-}
-
-std::optional<json::value> parseAnswer(const std::optional<platform::HttpResponse>& response) {
-    auto answer = response ? parseJson(response->body) : std::nullopt;
-    const bool isContainer = answer && answer->is_structured();
-    return isContainer ? std::move(answer) : std::nullopt;
-}
+// The room for a message's bytes is kept for the next one: to use memory for the first time costs more than
+// to decode into it.
+constexpr std::size_t kMostRoomKept = 16U << 20U;
 
 } // namespace
 
@@ -61,29 +47,13 @@ std::optional<json::value> KestrinUtil::jsonToArray(std::optional<std::string_vi
 std::optional<json::value> KestrinUtil::json64ToDict(std::optional<std::string_view> text) {
     if (!text)
         return json::value(json::object_kind);
-    const auto bytes = base64Decode(*text);
-    return bytes ? parseJson(*bytes) : std::nullopt;
-}
-
-void KestrinUtil::sendAsyncRequest(const std::string& url, JsonCallback callback) {
-    auto delegate = OverrideNSURLSessionDelegate::getInstance();
-    auto* const asked = delegate.get();
-    platform::platform().http().send(getRequest(url), asked,
-                                     [delegate = std::move(delegate), callback = std::move(callback)](
-                                         const auto& response) { callback(parseAnswer(response)); });
-}
-
-std::optional<json::value> KestrinUtil::getJSONFromURL(const std::string& url) {
-    const auto body = fetch(url);
-    return body ? parseJson(*body) : std::nullopt;
-}
-
-platform::Image KestrinUtil::getImageFromURL(const std::string& url) {
-    const auto body = fetch(url);
-    if (!body)
-        return {};
-    return platform::platform().images().decode(
-        {reinterpret_cast<const std::uint8_t*>(body->data()), body->size()});
+    thread_local std::vector<char> room;
+    room.resize(std::max(room.size(), base64DecodingRoom(text->size())));
+    const auto size = base64Decode(*text, room.data());
+    auto value = size ? parseJsonInOnePiece({room.data(), *size}) : std::nullopt;
+    if (room.size() > kMostRoomKept)
+        room = {};
+    return value;
 }
 
 json::value KestrinUtil::loadJSONBundled(const std::string& name) {

@@ -4,6 +4,7 @@
 
 #include <boost/json/fwd.hpp>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -35,6 +36,13 @@ class KestrinUtil {
     /// GETs a map or list, whatever the HTTP status. `callback` runs on main, never inside the call; a
     /// transport error, an empty body and anything but a map or list give it none.
     static void sendAsyncRequest(const std::string& url, JsonCallback callback);
+    /// POSTs {"file": the image as convertImageToBase64JPEG writes it}, and answers like the above. The
+    /// picture is encoded on a worker.
+    static void sendAsyncImageRequest(const std::string& url, const platform::Image& image,
+                                      JsonCallback callback);
+    /// The same with the members of `params`, which may be null and whose own "file" does not count.
+    static void sendAsyncImageRequestWithParams(const std::string& url, const platform::Image& image,
+                                                const boost::json::object* params, JsonCallback callback);
     /// Fetches and waits; none when nothing came or it is no JSON. Thread: worker.
     static std::optional<boost::json::value> getJSONFromURL(const std::string& url);
     /// Fetches and waits; absent when nothing came or it is no picture. Thread: worker.
@@ -42,6 +50,23 @@ class KestrinUtil {
 
     /// The JSON resource `name` of the application's bundle; an empty map when it is missing or broken.
     static boost::json::value loadJSONBundled(const std::string& name);
+
+    /// Keeps the image in the documents folder as "NAME.jpg", at the best quality; nothing happens when it
+    /// cannot be written. A name that would lead out of the folder is refused.
+    static void saveJPGImage(const platform::Image& image, const std::string& fileName);
+    /// What was saved under that name, or an absent image.
+    static platform::Image loadJPGImage(const std::string& fileName);
+    /// The image of that name in the application's bundle, with its extension or without, or an absent one.
+    /// It is decoded once and kept.
+    static platform::Image loadJPGImageBundled(const std::string& name);
+    static platform::Image loadImageBundled(const std::string& name);
+    /// JPEG at the best quality as base64 in lines of 64 characters with CR LF between them; empty for an
+    /// absent image.
+    static std::string convertImageToBase64JPEG(const platform::Image& image);
+    /// The rectangle (pixels, from the top-left corner) as far as it lies within the image, at scale 1; an
+    /// absent image when nothing of it does.
+    static platform::Image cropImage(const platform::Image& image, std::int32_t startX, std::int32_t startY,
+                                     std::int32_t width, std::int32_t height);
 
     /// A class of telephone by the height of the screen's pixels in portrait, or "unknown". Thread: main.
     static std::string getDeviceType();
