@@ -95,11 +95,18 @@ std::optional<FaultyServer::Request> FaultyServer::readRequest(GDataInputStream*
     const auto space = first.find(' '), end = first.rfind(' ');
     if (space == first.npos || end == space)
         return std::nullopt;
-    Request request{first.substr(space + 1, end - space - 1), ""};
-    for (std::string line = readLine(); !line.empty(); line = readLine())
+    Request request{first.substr(0, space), first.substr(space + 1, end - space - 1), "", "", ""};
+    for (std::string line = readLine(); !line.empty(); line = readLine()) {
         if (line.starts_with("Host: "))
             request.host = line.substr(6);
-    return request;
+        if (line.starts_with("Content-Type: "))
+            request.type = line.substr(14);
+        if (line.starts_with("Content-Length: "))
+            request.body.resize(std::stoul(line.substr(16)));
+    }
+    const bool whole = g_input_stream_read_all(G_INPUT_STREAM(input), request.body.data(),
+                                               request.body.size(), nullptr, m_ending.get(), nullptr);
+    return whole ? std::optional(request) : std::nullopt;
 }
 
 FaultyServer::Reply FaultyServer::answer(const Request& request) {

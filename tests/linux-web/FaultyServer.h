@@ -19,7 +19,7 @@ namespace kestrin::test {
 class FaultyServer {
   public:
     struct Request {
-        std::string path, host;
+        std::string method, path, host, type, body;
     };
     /// Some bytes of an answer, written `times` times, each after a pause.
     struct Piece {

@@ -91,12 +91,34 @@ TEST_F(HttpClientTest, FaultsOfServers) {
     }
 }
 
+TEST_F(HttpClientTest, ABodyIsPostedWholeAndARedirectOfItIsFetched) {
+    FaultyServer::Request posted, fetched;
+    server.serve("/post", [&](const FaultyServer::Request& request) {
+        posted = request;
+        return FaultyServer::reply("", "303 See Other", "Location: /a b\r\n");
+    });
+    server.serve("/a%20b", [&](const FaultyServer::Request& request) {
+        fetched = request;
+        return FaultyServer::reply("done");
+    });
+    platform::HttpRequest request = get(server.url("/post"));
+    request.method = "POST";
+    request.headers["Content-Type"] = "application/json";
+    request.body = "{\"file\":\"" + std::string(3'000'000, 'x') + "\"}";
+    const Answer answer = send(*makeClient(), request, &accepts);
+    EXPECT_EQ(answer ? answer->body : "", "done");
+    EXPECT_EQ(posted.method + ' ' + posted.type, "POST application/json");
+    EXPECT_EQ(posted.body, request.body);
+    EXPECT_EQ(fetched.method + fetched.body, "GET");
+}
+
 TEST_F(HttpClientTest, WhatCannotBeRequestedGivesNoneLater) {
     const auto client = makeClient();
     for (const std::string& url :
          {std::string(), std::string("/api/v2"), std::string("https://"), std::string("file:///etc/passwd"),
-          std::string("https://127.0.0.1:x/"), server.url("/\r\nX-Injected: 1"), server.url({"/\0", 2}),
-          std::string("data:no comma"), std::string("https://127.0.0.1:1/")})
+          std::string("https://127.0.0.1:x/"), server.url("/{}"), std::string("https%3A%2F%2F127.0.0.1%2F"),
+          server.url("/\r\nX-Injected: 1"), server.url({"/\0", 2}), std::string("data:no comma"),
+          std::string("https://127.0.0.1:1/")})
         EXPECT_FALSE(send(*client, get(url), &accepts)) << url;
     EXPECT_TRUE(accepts.asked.empty());
 }
