@@ -8,16 +8,15 @@
 namespace kestrin {
 
 AppEventStack::AppEventStack(std::string name)
-    : mName(std::move(name)), mMainStack{{"eventName", "sdk" + mName}, {"data", boost::json::object()}} {}
-
-boost::json::object& AppEventStack::subStack() { return mMainStack.at("data").as_object(); }
+    : mName(std::move(name)), mMainStack{{"eventName", "sdk" + mName}, {"data", boost::json::object()}},
+      mSubStack(mMainStack.at("data").as_object()) {}
 
 void AppEventStack::put(std::string_view key, boost::json::value value) {
-    subStack().insert_or_assign(key, std::move(value));
+    mSubStack.insert_or_assign(key, std::move(value));
 }
 
 AppEventStack& AppEventStack::clear() {
-    subStack().clear();
+    mSubStack.clear();
     return *this;
 }
 

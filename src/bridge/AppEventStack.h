@@ -12,6 +12,8 @@ namespace kestrin {
 class AppEventStack {
   public:
     explicit AppEventStack(std::string name);
+    AppEventStack(const AppEventStack&) = delete;
+    AppEventStack& operator=(const AppEventStack&) = delete;
 
     /// Sets a member of "data"; an absent value (JSON null) is sent as null.
     void put(std::string_view key, boost::json::value value);
@@ -23,10 +25,9 @@ class AppEventStack {
     void print() const;
 
   private:
-    boost::json::object& subStack();
-
     const std::string mName;
     boost::json::object mMainStack;
+    boost::json::object& mSubStack; ///< "data" of the above
 };
 
 } // namespace kestrin
