@@ -45,4 +45,13 @@ TEST(Geometry, ConvertsEveryKindOfRotation) {
     expectNear(simd_quaternion(rotation({0, 1, 0, 0}, {0, 0, 1, 0}, {1, 0, 0, 0})), {0.5F, 0.5F, 0.5F, 0.5F});
 }
 
+TEST(Geometry, MeasuresAlongTheViewersOwnX) {
+    Matrix viewer = rotation({0, 0, -1, 0}, {0, 1, 0, 0}, {1, 0, 0, 0}), object = Matrix::identity();
+    viewer[3] = {1, 2, 3, 1};
+    object[3] = {8, 9, 5, 1};
+    EXPECT_NEAR(is_behind(viewer, object), -2, 1e-5);
+    const Matrix product = calc_view_unscaled(viewer, object);
+    expectNear(calc_position(product), viewer * object[3]);
+}
+
 } // namespace kestrin
