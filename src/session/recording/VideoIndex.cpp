@@ -101,9 +101,7 @@ class Walk {
             m_index.height = int(std::min<std::uint64_t>(unsignedAt(size), 1U << 16U));
         else if (id == kCodec)
             m_entry.hasCodec = std::string_view(textAt(size)).substr(0, kBitmapCodec.size()) == kBitmapCodec;
-        else if (id == kCodecPrivate)
-            return takeCodecData(size);
-        else if (id == kEncodings)
+        else if (id == kEncodings || (id == kCodecPrivate && !takeCodecData(size)))
             return false;
         if (m_entry.number != 0 && m_entry.isVideo && m_entry.hasCodec && !m_index.codecData.empty() &&
             m_index.width > 0 && m_index.height > 0)

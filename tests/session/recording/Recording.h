@@ -2,28 +2,12 @@
 
 #include "session/recording/RecordingReader.h"
 #include "session/recording/RecordingWriter.h"
-
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include "support/TemporaryFolder.h"
 
 #include <cmath>
-#include <fstream>
+#include <gtest/gtest.h>
 
 namespace kestrin::session::test {
-
-/// A folder of its own for a test, gone with it.
-class ScratchFolder {
-  public:
-    ScratchFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "kestrin-XXXXXX").string();
-        m_path = ::mkdtemp(name.data());
-    }
-    ~ScratchFolder() { std::filesystem::remove_all(m_path); }
-    std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
-
-  private:
-    std::filesystem::path m_path;
-};
 
 inline RecordingInfo testInfo(int width = 96, int height = 64) {
     return {{{500.1, 510.0 / 3, 320.5, 239}, width, height, Mounting::upright}, 29.97, "a \"test\"\n"};
@@ -66,6 +50,33 @@ inline RecordedFrame testFrame(int i) {
         {{{c, 0, -s, 0}, {0, 1, 0, 0}, {s, 0, c, 0}, {0.1F * float(i), 1 / 3.0F, -1e-9F, 1}}}};
     frame.intrinsics = {500.1 + i / 7.0, 510.0 / 3, 320.5, 239};
     return recorded;
+}
+
+inline std::shared_ptr<platform::ArPlaneAnchor> testPlane(const std::string& identifier, bool isVertical) {
+    auto anchor = std::make_shared<platform::ArPlaneAnchor>();
+    anchor->identifier = identifier;
+    anchor->transform = testFrame(3).frame.sensorPose;
+    anchor->center = {0.1F, 0, -0.7F};
+    anchor->extent = {1.2F, 0, 0.8F};
+    auto geometry = std::make_shared<platform::ArPlaneGeometry>();
+    geometry->vertices = {{0.1F, 0, 0.3F}, {1e-7F, 0, 3e10F}, {-1 / 3.0F, 0, 2}};
+    geometry->triangleIndices = {0, 2, 1, 1, 2, 0};
+    anchor->geometry = geometry;
+    anchor->isVertical = isVertical;
+    return anchor;
+}
+
+inline std::shared_ptr<platform::ArImageAnchor> testImage(const std::string& identifier,
+                                                          const std::string& name, bool isTracked) {
+    auto reference = std::make_shared<platform::ArReferenceImage>();
+    reference->name = name;
+    reference->physicalWidth = 0.1 + 0.2;
+    auto anchor = std::make_shared<platform::ArImageAnchor>();
+    anchor->identifier = identifier;
+    anchor->transform = testFrame(5).frame.sensorPose;
+    anchor->referenceImage = reference;
+    anchor->isTracked = isTracked;
+    return anchor;
 }
 
 inline std::unique_ptr<RecordingWriter> createRecording(const std::filesystem::path& folder,
