@@ -62,6 +62,8 @@ TEST(PixbufCodec, WhatIsNoPictureGivesNone) {
     };
     EXPECT_TRUE(codec.decode(bitmap(650, 11)).isValid());
     EXPECT_FALSE(codec.decode(bitmap(65000, 1100)).isValid());
+    const std::string drawing = R"(<svg xmlns="http://www.w3.org/2000/svg" width="30000" height="30000"/>)";
+    EXPECT_FALSE(codec.decode(Bytes(drawing.begin(), drawing.end())).isValid());
 }
 
 TEST(PixbufCodec, DrawsPicturesOverEachOther) {

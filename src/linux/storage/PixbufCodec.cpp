@@ -20,18 +20,21 @@ bool isReasonable(std::int64_t width, std::int64_t height) {
     return width > 0 && height > 0 && width <= kMaximumPixels / height;
 }
 
-/// A size of zero makes the loader give up before it allocates the pixels.
-void refuseHugePicture(GdkPixbufLoader* loader, int width, int height, gpointer) {
-    if (!isReasonable(width, height))
+/// A size of zero makes the loader give up, or draw next to nothing, before it allocates the pixels.
+void refuseHugePicture(GdkPixbufLoader* loader, int width, int height, bool* isRefused) {
+    *isRefused = !isReasonable(width, height);
+    if (*isRefused)
         gdk_pixbuf_loader_set_size(loader, 0, 0);
 }
 
 PixbufRef readPixbuf(std::span<const std::uint8_t> bytes) {
     const LoaderRef loader(gdk_pixbuf_loader_new(), g_object_unref);
-    g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(refuseHugePicture), nullptr);
+    bool isRefused = false;
+    g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(refuseHugePicture), &isRefused);
     const bool written = gdk_pixbuf_loader_write(loader.get(), bytes.data(), bytes.size(), nullptr);
     const bool closed = gdk_pixbuf_loader_close(loader.get(), nullptr);
-    GdkPixbuf* pixbuf = written && closed ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
+    GdkPixbuf* pixbuf =
+        written && closed && !isRefused ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
     return {pixbuf ? gdk_pixbuf_apply_embedded_orientation(pixbuf) : nullptr, g_object_unref};
 }
 
