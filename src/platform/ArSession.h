@@ -71,7 +71,7 @@ struct ArPlaneAnchor : ArAnchor {
 
 /// A recognised picture: +X is its right, -Z its top, +Y comes out of it.
 struct ArImageAnchor : ArAnchor {
-    std::shared_ptr<const ArReferenceImage> referenceImage;
+    std::shared_ptr<const ArReferenceImage> referenceImage; ///< never empty
     bool isTracked = true;
 };
 

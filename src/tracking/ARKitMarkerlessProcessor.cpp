@@ -14,22 +14,11 @@ using namespace platform;
 
 namespace {
 
-constexpr double kLightPeriod = 2.0; // seconds
 constexpr const char* kTracker = "markerless";
 
 bool hasFlag(const char* flag) { return KestrinFeatureFlags::getInstance()->containsFlag(flag); }
 
-unsigned planesToDetect() {
-    if (!systemIsAtLeast(11.3) || !hasFlag("verticalplanes"))
-        return ArConfiguration::kHorizontal;
-    return ArConfiguration::kVertical | (hasFlag("horizontalplanes") ? ArConfiguration::kHorizontal : 0U);
-}
-
 } // namespace
-
-bool ARKitMarkerlessProcessor::isSupported() {
-    return systemIsAtLeast(11.0) && platform::platform().tracking().isSupported();
-}
 
 std::shared_ptr<ARKitMarkerlessProcessor>
 ARKitMarkerlessProcessor::initWithDelegate(std::shared_ptr<CVManagerDelegate> target, const void*) {
@@ -59,72 +48,6 @@ void ARKitMarkerlessProcessor::detach() {
     std::shared_ptr<CVManagerDelegate> released;
     const std::lock_guard lock(m_mutex);
     released.swap(_tracker_callback);
-}
-
-void ARKitMarkerlessProcessor::setup(int width, int height) {
-    scheduleLightUpdate();
-    {
-        const std::lock_guard lock(m_mutex);
-        is_setup = false;
-    }
-    log("ARKitMarkerlessProcessor - Setup ARKit Started.");
-    if (!systemIsAtLeast(11.0)) {
-        log("Kestrin::ARKitMarkerlessProcessor::setup::ARKit is not available. You must use IOS 11+");
-        return;
-    }
-    if (platform::platform().tracking().isSupported())
-        setupWorld(width, height);
-}
-
-void ARKitMarkerlessProcessor::scheduleLightUpdate() {
-    {
-        const std::lock_guard lock(m_mutex);
-        if (std::exchange(is_lightupdate, true))
-            return;
-    }
-    auto timer = platform::platform().dispatch().every(kLightPeriod, [weak = weak_from_this()] {
-        if (const auto self = weak.lock())
-            self->sendLightingInfo();
-    });
-    const std::lock_guard lock(m_mutex);
-    m_lightTimer = std::move(timer);
-}
-
-void ARKitMarkerlessProcessor::setupWorld(int width, int height) {
-    ArConfiguration configuration;
-    configuration.kind = ArConfiguration::Kind::world;
-    configuration.planeDetection = planesToDetect();
-    if (systemIsAtLeast(11.3))
-        configuration.autoFocusEnabled = hasFlag("autofocus");
-    configuration.lightEstimationEnabled = true;
-    runSessionWithConfig(configuration, width, height);
-}
-
-void ARKitMarkerlessProcessor::runSessionWithConfig(const ArConfiguration& configuration, int width,
-                                                    int height) {
-    bool sized = false;
-    {
-        const std::lock_guard lock(m_mutex);
-        is_setup = true;
-        sized = init_width != 0 && init_height != 0;
-    }
-    session->run(configuration, kResetTracking | kRemoveExistingAnchors);
-    if (const auto listener = target()) {
-        listener->onPlaneClear();
-        listener->onPlaneStarted();
-    }
-    if (!sized)
-        setViewport(width, height);
-    updateUIOrientationMatrix();
-    bool startNow = false;
-    {
-        const std::lock_guard lock(m_mutex);
-        lastTrackingReason = TrackingReason::none;
-        startNow = is_start;
-    }
-    if (startNow)
-        start();
-    log("ARKitMarkerlessProcessor - Setup ARKit Finished.");
 }
 
 void ARKitMarkerlessProcessor::start() {
@@ -165,7 +88,10 @@ void ARKitMarkerlessProcessor::stop() {
     log("ARKitMarkerlessProcessor::stop");
     if (const auto listener = target()) {
         listener->onMarkerLost(tracker);
-        listener->onPlaneClear();
+        if (isFullMarkerTrackingSupported())
+            listener->onTriggerClear();
+        else
+            listener->onPlaneClear();
     }
 }
 

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace kestrin {
@@ -22,13 +23,18 @@ class ARKitMarkerlessProcessor : public CameraFrameProvider,
                                  public std::enable_shared_from_this<ARKitMarkerlessProcessor> {
   public:
     static bool isSupported();
+    /// Whether image triggers can be found at all.
+    static bool isMarkerTrackingSupported();
+    /// Whether image triggers are what is reported, instead of planes. It follows the feature flags.
+    static bool isFullMarkerTrackingSupported();
 
     /// The target is kept alive until `detach`; `keys` is not consulted.
     static std::shared_ptr<ARKitMarkerlessProcessor>
     initWithDelegate(std::shared_ptr<CVManagerDelegate> target, const void* keys);
     ~ARKitMarkerlessProcessor() override;
 
-    /// Chooses the configuration by feature flags and runs the session afresh; pixels.
+    /// Chooses the configuration by feature flags and runs the session afresh, if need be once the image
+    /// triggers are there; pixels.
     void setup(int width, int height);
     /// Begins tracking; before setup has finished it is remembered and done then.
     void start();
@@ -51,6 +57,8 @@ class ARKitMarkerlessProcessor : public CameraFrameProvider,
     /// Follows the interface orientation.
     void updateUIOrientationMatrix();
     void sendLightingInfo();
+    /// The name of the image trigger seen within the viewport, the nearest one; none when there is none.
+    std::optional<std::string> snapMarker() const;
 
     void initialiseCamera() override { cameraEnabled = false; }
     void startCamera() override { cameraEnabled = true; }
@@ -70,19 +78,23 @@ class ARKitMarkerlessProcessor : public CameraFrameProvider,
     std::shared_ptr<platform::ArSession> session;
 
   private:
-    using PlaneOperation = void (CVManagerDelegate::*)(const std::string&, const platform::Matrix&, float,
-                                                       float);
+    /// Tells of an added or updated anchor.
+    using AnchorOperation = void (CVManagerDelegate::*)(const std::string&, const platform::Matrix&, float,
+                                                        float);
 
     explicit ARKitMarkerlessProcessor(std::shared_ptr<CVManagerDelegate> target);
 
     std::shared_ptr<CVManagerDelegate> target() const;
     void scheduleLightUpdate();
-    void setupWorld(int width, int height);
+    void setupWithTriggers(platform::ArConfiguration configuration, int width, int height);
+    static void sendStarted(CVManagerDelegate& listener);
     void runSessionWithConfig(const platform::ArConfiguration& configuration, int width, int height);
     void sendPose(const platform::ArFrame& frame);
     void sendPicture(const platform::ArFrame& frame);
     void sendReason(platform::TrackingReason reason);
-    void sendPlanes(const platform::ArAnchors& anchors, PlaneOperation operation);
+    platform::ArAnchors forgetLost(const platform::ArAnchors& anchors) const;
+    void sendTriggers(const platform::ArAnchors& anchors, AnchorOperation operation) const;
+    void sendPlanes(const platform::ArAnchors& anchors, AnchorOperation operation) const;
 
     std::atomic<bool> cameraEnabled = false;
     std::atomic<float> lightEstimate = 1;
@@ -94,7 +106,7 @@ class ARKitMarkerlessProcessor : public CameraFrameProvider,
     int init_width = 0, init_height = 0;
     int last_projection_width = 0, last_projection_height = 0;
     bool viewportChanged = true;
-    bool is_setup = false, is_start = false, is_lightupdate = false;
+    bool is_setup = false, is_start = false, is_lightupdate = false, is_realtimemarker = false;
     std::string _currentTracker; ///< empty while stopped
     int last_orientation = 0;
     platform::TrackingReason lastTrackingReason = platform::TrackingReason::none;

@@ -1,6 +1,5 @@
 #include "tracking/ARKitMarkerlessProcessor.h"
 
-#include "core/config/KestrinFeatureFlags.h"
 #include "tracking/Geometry.h"
 #include "tracking/SystemLevel.h"
 
@@ -34,26 +33,6 @@ std::optional<int> reasonCode(TrackingReason reason) {
         return systemIsAtLeast(11.3) ? std::optional(2) : std::nullopt;
     }
     return std::nullopt;
-}
-
-/// Without a mesh the page draws a rectangle about the pose, so the centre is added. It is added along the
-/// world's axes, not turned into the anchor's frame: pages count on it.
-Matrix planePose(const ArPlaneAnchor& plane, bool hasMesh) {
-    Matrix pose = plane.transform;
-    if (!hasMesh) {
-        pose[3].x += plane.center.x;
-        pose[3].y += plane.center.y;
-        pose[3].z += plane.center.z;
-    }
-    return pose;
-}
-
-void sendGeometry(CVManagerDelegate& target, const ArPlaneAnchor& plane) {
-    const auto& mesh = plane.geometry;
-    if (!mesh)
-        return;
-    target.onPlaneGeometryUpdated(plane.identifier, {mesh, mesh->vertices.data()}, int(mesh->vertices.size()),
-                                  {mesh, mesh->triangleIndices.data()}, int(mesh->triangleIndices.size()));
 }
 
 } // namespace
@@ -106,40 +85,6 @@ void ARKitMarkerlessProcessor::sendReason(TrackingReason reason) {
     const auto listener = target();
     if (code && listener)
         listener->onTrackingReasonChange(*code);
-}
-
-void ARKitMarkerlessProcessor::didAddAnchors(const ArAnchors& anchors) {
-    sendPlanes(anchors, &CVManagerDelegate::onPlaneAdded);
-}
-
-void ARKitMarkerlessProcessor::didUpdateAnchors(const ArAnchors& anchors) {
-    sendPlanes(anchors, &CVManagerDelegate::onPlaneUpdated);
-}
-
-void ARKitMarkerlessProcessor::sendPlanes(const ArAnchors& anchors, PlaneOperation operation) {
-    const auto listener = target();
-    if (!listener || !systemIsAtLeast(11.0))
-        return;
-    const bool hasMesh =
-        systemIsAtLeast(11.3) && KestrinFeatureFlags::getInstance()->containsFlag("planegeometry");
-    for (const auto& anchor : anchors) {
-        const auto* plane = dynamic_cast<const ArPlaneAnchor*>(anchor.get());
-        if (!plane)
-            continue;
-        (listener.get()->*operation)(plane->identifier, planePose(*plane, hasMesh), plane->extent.x,
-                                     plane->extent.z);
-        if (hasMesh)
-            sendGeometry(*listener, *plane);
-    }
-}
-
-void ARKitMarkerlessProcessor::didRemoveAnchors(const ArAnchors& anchors) {
-    const auto listener = target();
-    if (!listener || !systemIsAtLeast(11.0))
-        return;
-    for (const auto& anchor : anchors)
-        if (dynamic_cast<const ArPlaneAnchor*>(anchor.get()))
-            listener->onPlaneRemoved(anchor->identifier);
 }
 
 } // namespace kestrin

@@ -46,6 +46,10 @@ void CVManager::construct(const void* keys) {
 
 bool CVManager::checkARKitSupport() { return ARKitMarkerlessProcessor::isSupported(); }
 
+bool CVManager::checkARKitImageTrackerSupport() {
+    return ARKitMarkerlessProcessor::isMarkerTrackingSupported();
+}
+
 void CVManager::reset() {
     if (markerless_process)
         markerless_process->reset();
@@ -54,6 +58,10 @@ void CVManager::reset() {
 void CVManager::cleanContext() {
     if (markerless_process)
         markerless_process->resetContext();
+}
+
+std::optional<std::string> CVManager::snapMarker() const {
+    return markerless_process ? markerless_process->snapMarker() : std::nullopt;
 }
 
 void CVManager::startMarkerlessTracking() {
@@ -172,6 +180,12 @@ Size CVManager::getScreenSizeUnscaled() const { return platform::platform().appl
 bool CVManager::isRetinaDisplay() const {
     const Screen screen = platform::platform().application().mainScreen();
     return screen.hasDisplayLink && screen.scale > 1.0;
+}
+
+Image CVManager::getScreenshot() const { return camera_manager ? camera_manager->screenshot() : Image(); }
+
+Image CVManager::getScreenshotLowRes() const {
+    return camera_manager ? camera_manager->screenshotLowRes() : Image();
 }
 
 void CVManager::signal() {

@@ -2,11 +2,14 @@
 
 #include "bridge/PageFrameListener.h"
 #include "camera/ListenerList.h"
+#include "platform/Image.h"
 #include "platform/View.h"
 #include "tracking/CVManagerDelegate.h"
 
 #include <atomic>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace kestrin {
 
@@ -26,10 +29,13 @@ class CVManager : public CVManagerDelegate,
     ~CVManager() override;
 
     static bool checkARKitSupport();
+    static bool checkARKitImageTrackerSupport();
 
     void reset();
     /// Forgets what the session has found, and goes on.
     void cleanContext();
+    /// The name of the image trigger in view; none when there is none.
+    std::optional<std::string> snapMarker() const;
     void startMarkerlessTracking();
     void startMarkerlessPlacement();
     void stopMarkerlessTracking();
@@ -63,6 +69,12 @@ class CVManager : public CVManagerDelegate,
     platform::Size getScreenSize() const; ///< device pixels
     platform::Size getScreenSizeUnscaled() const;
     bool isRetinaDisplay() const;
+
+    /// The camera picture as it is shown, in the display's pixels; absent without world tracking. Thread:
+    /// main, as for the next.
+    platform::Image getScreenshot() const;
+    /// The same 480 pixels wide.
+    platform::Image getScreenshotLowRes() const;
 
     /// The page has drawn: lets one camera picture through.
     void signal() override;

@@ -38,8 +38,8 @@ FakeDispatch::~FakeDispatch() {
         m_stop = true;
     }
     m_changed.notify_all();
-    if (m_worker.joinable())
-        m_worker.join();
+    for (std::thread& worker : m_workers)
+        worker.join();
 }
 
 bool FakeDispatch::isMain() const { return std::this_thread::get_id() == m_main; }
@@ -139,12 +139,12 @@ bool FakeDispatch::runOneWorker() {
     {
         const platform::Task task = std::move(m_workerTasks.front());
         m_workerTasks.pop_front();
-        m_workerBusy = true;
+        ++m_busyWorkers;
         lock.unlock();
         run(task);
     }
     lock.lock();
-    m_workerBusy = false;
+    --m_busyWorkers;
     return true;
 }
 
@@ -160,8 +160,9 @@ std::size_t FakeDispatch::waitingWorkerTasks() const {
     return m_workerTasks.size();
 }
 
-void FakeDispatch::startWorkerThread() {
-    m_worker = std::thread([this] { workerLoop(); });
+void FakeDispatch::startWorkerThreads(int count) {
+    for (int i = 0; i < count; ++i)
+        m_workers.emplace_back([this] { workerLoop(); });
 }
 
 void FakeDispatch::workerLoop() {
@@ -178,7 +179,7 @@ void FakeDispatch::workerLoop() {
 
 void FakeDispatch::waitForWorkers() {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_workerTasks.empty() && !m_workerBusy; });
+    m_changed.wait(lock, [this] { return m_workerTasks.empty() && m_busyWorkers == 0; });
 }
 
 void FakeDispatch::drop() {

@@ -37,9 +37,9 @@ class FakeDispatch : public platform::Dispatch {
     /// Runs the waiting worker tasks, and what they add, off main; returns when they are done.
     void runWorkers();
     std::size_t waitingWorkerTasks() const;
-    /// From now on worker tasks run on a thread of their own as they come.
-    void startWorkerThread();
-    /// Waits until that thread has nothing to do.
+    /// From now on worker tasks run on threads of their own as they come, side by side if there are several.
+    void startWorkerThreads(int count);
+    /// Waits until those threads have nothing to do.
     void waitForWorkers();
     /// Forgets all that waits, main and worker tasks alike.
     void drop();
@@ -61,8 +61,9 @@ class FakeDispatch : public platform::Dispatch {
     std::vector<std::weak_ptr<Timer>> m_timers;
     std::vector<std::shared_ptr<Timer>> m_delayed;
     double m_now = 0;
-    bool m_workerBusy = false, m_stop = false;
-    std::thread m_worker;
+    int m_busyWorkers = 0;
+    bool m_stop = false;
+    std::vector<std::thread> m_workers;
 };
 
 /// Runs `task` to its end on another thread.

@@ -1,16 +1,11 @@
-#include "tracking/ARKitMarkerlessProcessor.h"
-#include "RecordingListener.h"
-#include "core/config/KestrinFeatureFlags.h"
-#include "services/util/Singleton.h"
-#include "support/FakePlatform.h"
+#include "ProcessorTest.h"
 
 #include <algorithm>
 #include <limits>
 
-namespace kestrin {
+namespace kestrin::test {
 
 using namespace platform;
-using namespace test;
 
 namespace {
 
@@ -29,40 +24,7 @@ std::shared_ptr<ArPlaneAnchor> makePlane() {
 
 } // namespace
 
-struct ARKitMarkerlessProcessorTest : PlatformTest {
-    ARKitMarkerlessProcessorTest() {
-        resetSingletons();
-        system->files.resources["KestrinCache/Features/feature_flags.json"] = "[]";
-    }
-    ~ARKitMarkerlessProcessorTest() override { processor->detach(); }
-
-    void flag(const char* word) { KestrinFeatureFlags::getInstance()->put(word); }
-    FakeArSession& session() { return *system->worldTracking.newest(); }
-    /// Set up, started, and the camera running; nothing recorded.
-    void run() {
-        processor->setup(480, 640);
-        processor->start();
-        processor->startCamera();
-        listener->take();
-        takeLog();
-    }
-    std::shared_ptr<ArFrame> frame(double time, std::function<void(FakeArCamera&)> shape = nullptr) {
-        auto made = makeFrame(time);
-        auto camera = std::make_shared<FakeArCamera>();
-        if (shape)
-            shape(*camera);
-        made->camera = camera;
-        return made;
-    }
-
-    std::shared_ptr<RecordingListener> listener = std::make_shared<RecordingListener>();
-    std::shared_ptr<ARKitMarkerlessProcessor> processor =
-        ARKitMarkerlessProcessor::initWithDelegate(listener, nullptr);
-};
-
-using Processor = ARKitMarkerlessProcessorTest;
-
-TEST_F(Processor, ChoosesPlanesAndFocusByFlags) {
+TEST_F(ProcessorTest, ChoosesPlanesAndFocusByFlags) {
     constexpr unsigned h = ArConfiguration::kHorizontal, v = ArConfiguration::kVertical;
     struct Case {
         double level;
@@ -88,7 +50,7 @@ TEST_F(Processor, ChoosesPlanesAndFocusByFlags) {
     }
 }
 
-TEST_F(Processor, RemembersAStartThatComesTooEarly) {
+TEST_F(ProcessorTest, RemembersAStartThatComesTooEarly) {
     processor->start();
     processor->pause(); // does not forget it
     takeLog();
@@ -98,7 +60,7 @@ TEST_F(Processor, RemembersAStartThatComesTooEarly) {
     }
 }
 
-TEST_F(Processor, NamesItsTrackerWithTheSnapFlagOnly) {
+TEST_F(ProcessorTest, NamesItsTrackerWithTheSnapFlagOnly) {
     run();
     processor->start();
     EXPECT_EQ(listener->take(), (Lines{"projection", "viewport 480.0 640.0"}));
@@ -110,7 +72,7 @@ TEST_F(Processor, NamesItsTrackerWithTheSnapFlagOnly) {
     EXPECT_EQ(listener->take(), (Lines{"lost markerless", "plane clear"}));
 }
 
-TEST_F(Processor, ProjectsForHalfTheViewport) {
+TEST_F(ProcessorTest, ProjectsForHalfTheViewport) {
     run();
     std::vector<double> asked;
     session().send(frame(1, [&](FakeArCamera& camera) {
@@ -130,7 +92,7 @@ TEST_F(Processor, ProjectsForHalfTheViewport) {
     EXPECT_TRUE(listener->take().empty());
 }
 
-TEST_F(Processor, TurnsWithTheInterface) {
+TEST_F(ProcessorTest, TurnsWithTheInterface) {
     run();
     struct Case {
         int code;
@@ -162,7 +124,7 @@ TEST_F(Processor, TurnsWithTheInterface) {
     EXPECT_EQ(listener->pose, (Matrix{{{{0, 1, 0, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {4, 5, 6, 1}}}}));
 }
 
-TEST_F(Processor, MapsTheReasons) {
+TEST_F(ProcessorTest, MapsTheReasons) {
     run();
     const auto told = [&](TrackingReason reason) {
         session().send(frame(1, [&](FakeArCamera& c) { c.reason = reason; }));
@@ -177,7 +139,7 @@ TEST_F(Processor, MapsTheReasons) {
     EXPECT_EQ(told(TrackingReason::relocalizing), "");
 }
 
-TEST_F(Processor, SendsTheLightEveryTwoSeconds) {
+TEST_F(ProcessorTest, SendsTheLightEveryTwoSeconds) {
     processor->setup(480, 640);
     processor->setup(480, 640); // schedules nothing more
     processor->startCamera();
@@ -202,7 +164,7 @@ TEST_F(Processor, SendsTheLightEveryTwoSeconds) {
     }
 }
 
-TEST_F(Processor, ReportsPlanesAboutTheirCentreOrWithAMesh) {
+TEST_F(ProcessorTest, ReportsPlanesAboutTheirCentreOrWithAMesh) {
     run();
     const auto plane = makePlane();
     session().add({plane, std::make_shared<ArImageAnchor>()});
@@ -220,4 +182,4 @@ TEST_F(Processor, ReportsPlanesAboutTheirCentreOrWithAMesh) {
     EXPECT_EQ(listener->take(), (Lines{"plane updated A 2.0 3.0", "plane removed A"}));
 }
 
-} // namespace kestrin
+} // namespace kestrin::test

@@ -96,6 +96,20 @@ TEST_F(CVManagerTest, KeepsItsListenersUntilAllGo) {
     EXPECT_EQ(second->take(), Lines{"viewport 1.0 1.0"});
 }
 
+TEST_F(CVManagerTest, DoesNothingWithoutWorldTracking) {
+    system->worldTracking.supported = false;
+    const auto blind = CVManager::initWithKeys(nullptr);
+    blind->resume();
+    blind->startMarkerlessTracking();
+    blind->pause();
+    blind->addToParentView(makeView<View>());
+    blind->signal();
+    EXPECT_EQ(blind->snapMarker(), std::nullopt);
+    EXPECT_EQ(blind->getRenderView(), nullptr);
+    EXPECT_FALSE(blind->getScreenshot().isValid() || blind->getScreenshotLowRes().isValid());
+    EXPECT_EQ(blind->getViewportSize(), Size());
+}
+
 TEST_F(CVManagerTest, Pauses) {
     manager->startMarkerlessTracking();
     takeLog();
