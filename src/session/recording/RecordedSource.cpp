@@ -19,6 +19,10 @@ std::optional<std::string> RecordedSource::open() {
 }
 
 void RecordedSource::begin(const platform::ArConfiguration& configuration, unsigned options) {
+    if ((options & platform::kResetTracking) != 0) {
+        m_index = 0;
+        m_offset = 0;
+    }
     m_anchors.configure(configuration);
     if ((options & platform::kRemoveExistingAnchors) != 0)
         m_anchors.forgetAll();

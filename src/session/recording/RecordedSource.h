@@ -8,7 +8,8 @@
 
 namespace kestrin::session {
 
-/// The frames of a recording, as a session sees them.
+/// The frames of a recording, as a session sees them. Tracking that is reset begins at the first frame again,
+/// with its times: whoever resets it sees the same every time.
 class RecordedSource final : public FrameSource {
   public:
     struct Options {

@@ -1,0 +1,182 @@
+#include "../Listener.h"
+#include "Recording.h"
+#include "session/recording/LineText.h"
+#include "session/recording/RecordedTracking.h"
+
+#include <gmock/gmock.h>
+
+#include <numeric>
+#include <set>
+
+namespace kestrin::session::test {
+
+namespace {
+
+using platform::ArConfiguration;
+using testing::ElementsAre;
+using FrameRef = std::shared_ptr<const platform::ArFrame>;
+
+/// A recording with an anchor of each kind: A on the floor, B on the wall from frame 1 on, a poster that is
+/// lost in frame 3; A is gone in frame 4.
+struct RecordedSession : testing::Test {
+    kestrin::test::TemporaryFolder scratch;
+    const std::filesystem::path folder = scratch / "desk.krs";
+    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
+    std::vector<std::string> log;
+    RecordedOptions options;
+    ArConfiguration configuration;
+    std::shared_ptr<RecordedTracking> tracking;
+    std::shared_ptr<platform::ArSession> session;
+
+    RecordedSession() {
+        std::vector<RecordedFrame> frames;
+        for (int i = 0; i < 6; ++i) {
+            frames.push_back(testFrame(i));
+            frames.back().frame.ambientIntensity = 900 + i;
+        }
+        frames[0].frame.anchors.added = {testPlane("A", false)};
+        frames[1].frame.anchors.added = {testPlane("B", true), testImage("C", "poster", true)};
+        frames[2].frame.anchors.updated = {testPlane("B", true), testPlane("A", false)};
+        frames[3].frame.anchors.updated = {testImage("C", "poster", false)};
+        frames[4].frame.anchors.removed = {testPlane("A", false)};
+        record(folder, frames);
+        options.folder = folder;
+        options.session.pacing = Pacing::stepped;
+        options.session.log = [this](std::string_view line) { log.emplace_back(line); };
+        configuration.lightEstimationEnabled = true;
+    }
+    void run(unsigned runOptions = platform::kRemoveExistingAnchors) {
+        if (!session) {
+            tracking = std::get<0>(RecordedTracking::open(options));
+            session = tracking->makeSession();
+            session->setDelegate(listener);
+        }
+        session->run(configuration, runOptions);
+    }
+    void askForAll() {
+        configuration.planeDetection = ArConfiguration::kHorizontal | ArConfiguration::kVertical;
+        auto reference = std::make_shared<platform::ArReferenceImage>();
+        reference->name = "poster";
+        configuration.images = {reference};
+    }
+    /// What one session is told, with its frames down to the pixel.
+    std::string play(Pacing pacing) {
+        options.session.pacing = pacing;
+        session.reset();
+        listener = std::make_shared<Listener>();
+        std::string frames;
+        listener->onFrame = [&](const FrameRef& frame) {
+            RecordedFrame line;
+            line.frame = {frame->timestamp,
+                          frame->camera->transform(),
+                          frame->camera->intrinsics(),
+                          frame->camera->trackingReason(),
+                          frame->ambientIntensity,
+                          {frame->anchors, {}, {}}};
+            const auto pixels = pixelsOf(*frame->capturedImage);
+            frames += frameLine(line) +
+                      std::to_string(std::accumulate(pixels.begin(), pixels.end(), 0U,
+                                                     [](unsigned sum, unsigned x) { return sum * 31 + x; }));
+        };
+        run();
+        if (pacing == Pacing::stepped)
+            while (tracking->step()) {
+            }
+        EXPECT_TRUE(listener->waitFor("frame", 6));
+        session.reset();
+        for (const std::string& event : listener->events())
+            frames += event + " ";
+        return frames;
+    }
+};
+
+TEST_F(RecordedSession, GivesTheSameHoweverItIsPaced) {
+    askForAll();
+    const std::string first = play(Pacing::asTaken);
+    EXPECT_THAT(first, testing::EndsWith("frame +A frame +B +C frame ~A ~B frame ~C frame -A frame "));
+    EXPECT_EQ(play(Pacing::asTaken), first);
+    EXPECT_EQ(play(Pacing::stepped), first);
+}
+
+TEST_F(RecordedSession, GivesTheAnchorsAskedForAndForgottenOnesAfresh) {
+    configuration.planeDetection = ArConfiguration::kVertical;
+    run();
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(tracking->step());
+    EXPECT_THAT(listener->events(), ElementsAre("frame", "frame", "+B", "frame", "~B"));
+
+    askForAll();
+    run(0);
+    EXPECT_TRUE(tracking->step());
+    EXPECT_THAT(listener->events(), testing::IsSupersetOf({"+A", "+C"})) << "what was there already";
+    const auto& image = dynamic_cast<const platform::ArImageAnchor&>(*session->currentFrame()->anchors[2]);
+    EXPECT_EQ(image.referenceImage, configuration.images[0]);
+    EXPECT_FALSE(image.isTracked);
+
+    session->removeAnchor("B");
+    EXPECT_TRUE(tracking->step());
+    EXPECT_EQ(listener->count("-B"), 1U);
+    configuration.kind = ArConfiguration::Kind::imageOnly;
+    run(platform::kRemoveExistingAnchors);
+    EXPECT_TRUE(tracking->step());
+    ASSERT_EQ(session->currentFrame()->anchors.size(), 1U) << "the image, found again";
+    EXPECT_NE(session->currentFrame()->anchors[0]->identifier, "C");
+    EXPECT_FALSE(tracking->step()) << "at the end";
+}
+
+TEST_F(RecordedSession, LoopsWithRisingTimesAndAnchorsFoundAfresh) {
+    askForAll();
+    options.loops = true;
+    std::vector<double> times;
+    std::set<std::string> identifiers;
+    listener->onFrame = [&](const FrameRef& frame) {
+        times.push_back(frame->timestamp);
+        for (const auto& anchor : frame->anchors)
+            identifiers.insert(anchor->identifier);
+        EXPECT_LE(frame->anchors.size(), 3U);
+    };
+    run();
+    for (int i = 0; i < 15; ++i)
+        ASSERT_TRUE(tracking->step());
+    for (std::size_t i = 1; i < times.size(); ++i)
+        EXPECT_NEAR(times[i] - times[i - 1], 1 / 29.97, 1e-9) << i;
+    EXPECT_EQ(identifiers.size(), 9U);
+    EXPECT_EQ(listener->count("-A") + listener->count("-B") + listener->count("-C"), 3U);
+}
+
+TEST_F(RecordedSession, SpeedDividesTheTime) {
+    options.session.pacing = Pacing::realTime;
+    options.session.speed = 0.5;
+    run();
+    const auto begin = std::chrono::steady_clock::now();
+    while (session->currentFrame()->timestamp < testFrame(5).frame.time)
+        std::this_thread::yield();
+    EXPECT_GT(std::chrono::steady_clock::now() - begin, std::chrono::duration<double>(1.8 * 5 / 29.97));
+}
+
+TEST_F(RecordedSession, WhatCannotBePlayedIsSaidAndPassedOver) {
+    {
+        // In the middle of the third picture.
+        std::fstream video(folder / "video.mkv", std::ios::in | std::ios::out | std::ios::binary);
+        const auto size = std::filesystem::file_size(folder / "video.mkv");
+        video.seekp(std::streamoff(size / 2 - size / 12));
+        video << std::string(size / 12, '\0');
+    }
+    options.loops = true;
+    run();
+    for (int i = 0; i < 12; ++i)
+        EXPECT_TRUE(tracking->step());
+    std::filesystem::remove(folder / "video.mkv");
+    EXPECT_EQ(std::get<1>(RecordedTracking::open(options)).text,
+              (folder / "video.mkv").string() + ": cannot be read");
+    log.clear();
+    session = tracking->makeSession();
+    session->run(configuration, 0);
+    EXPECT_FALSE(tracking->step());
+    EXPECT_THAT(log, ElementsAre("Kestrin - session - no frames: " + (folder / "video.mkv").string() +
+                                 ": cannot be read"));
+}
+
+} // namespace
+
+} // namespace kestrin::session::test
