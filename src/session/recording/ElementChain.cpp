@@ -35,6 +35,13 @@ ElementChain::ElementChain(Output output)
     gst_pad_set_event_function(m_back, event);
 }
 
+void ElementChain::load(std::initializer_list<const char*> elements) {
+    if (isGstreamerReady())
+        for (const char* element : elements)
+            if (GstElement* made = gst_element_factory_make(element, nullptr))
+                gst_object_unref(gst_object_ref_sink(made));
+}
+
 std::unique_ptr<ElementChain> ElementChain::make(std::initializer_list<Element> elements,
                                                  const std::string& input, Output output,
                                                  std::string& missing) {

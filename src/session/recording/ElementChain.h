@@ -23,6 +23,8 @@ class ElementChain {
         std::function<void(GstCaps*)> format;   ///< before the first buffer, and when it changes
         std::function<bool(GstBuffer*)> buffer; ///< borrowed; false when it could not be used
     };
+    /// Loads the code of elements beforehand, which takes a while the first time.
+    static void load(std::initializer_list<const char*> elements);
     /// Empty when an element is not installed or does not take `input`, caps as text; `missing` then
     /// names it.
     static std::unique_ptr<ElementChain> make(std::initializer_list<Element> elements,

@@ -2,6 +2,7 @@
 
 #include "session/recording/AnchorDifference.h"
 #include "session/recording/RecordingWriter.h"
+#include "session/recording/VideoWriter.h"
 
 #include <pthread.h>
 
@@ -49,6 +50,7 @@ class Recorder::Work {
 
     void run() {
         pthread_setname_np(pthread_self(), "recorder");
+        VideoWriter::prepare();
         while (auto frame = waitForFrame())
             if (const auto error = write(std::move(*frame)))
                 return fail(*error);

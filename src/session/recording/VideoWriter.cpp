@@ -4,6 +4,14 @@
 
 namespace kestrin::session {
 
+namespace {
+
+constexpr const char *kCoder = "avenc_huffyuv", *kMuxer = "matroskamux";
+
+}
+
+void VideoWriter::prepare() { ElementChain::load({kCoder, kMuxer}); }
+
 VideoWriter::VideoWriter(const std::filesystem::path& file, int width, int height)
     : m_name(file.string()), m_file(file) {
     const auto write = [this](GstBuffer* buffer) {
@@ -17,9 +25,9 @@ VideoWriter::VideoWriter(const std::filesystem::path& file, int width, int heigh
     const std::string pictures = "video/x-raw,format=Y42B,colorimetry=1:4:7:1,framerate=30/1,width=" +
                                  std::to_string(width + width % 2) + ",height=" + std::to_string(height);
     std::string missing;
-    m_chain = ElementChain::make({{"avenc_huffyuv", {{"threads", "1"}}},
-                                  {"matroskamux", {{"streamable", "true"}, {"writing-app", "Kestrin"}}}},
-                                 pictures, {{}, write}, missing);
+    m_chain = ElementChain::make(
+        {{kCoder, {{"threads", "1"}}}, {kMuxer, {{"streamable", "true"}, {"writing-app", "Kestrin"}}}},
+        pictures, {{}, write}, missing);
     if (!m_chain)
         m_error = m_name + ": there is not " + missing;
 }

@@ -12,6 +12,8 @@ namespace kestrin::session {
 /// Writes pictures to a Matroska file without loss (docs/recordings.md). Not thread-safe.
 class VideoWriter {
   public:
+    /// So that the first one does not take longer than others.
+    static void prepare();
     VideoWriter(const std::filesystem::path& file, int width, int height);
 
     /// The picture is in the file when it returns. Why it is not, otherwise.
