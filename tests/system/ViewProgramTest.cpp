@@ -1,9 +1,6 @@
 // kestrin-view as a person runs it.
 
-#include "linux/toolkit/GRef.h"
-
-#include <glib.h>
-#include <gtest/gtest.h>
+#include "Program.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -14,28 +11,7 @@ namespace kestrin::test {
 
 namespace {
 
-struct Outcome {
-    int status = -1;
-    std::string out, err;
-};
-
-Outcome run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), KESTRIN_VIEW);
-    std::vector<char*> raw;
-    for (std::string& argument : arguments)
-        raw.push_back(argument.data());
-    raw.push_back(nullptr);
-    char *out = nullptr, *err = nullptr;
-    int status = 0;
-    gtk::GFailure failure;
-    if (!g_spawn_sync(nullptr, raw.data(), nullptr, G_SPAWN_DEFAULT, nullptr, nullptr, &out, &err, &status,
-                      failure.out())) {
-        ADD_FAILURE() << failure.text();
-        return {};
-    }
-    const gtk::GText keptOut(out), keptErr(err);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, err};
-}
+Outcome run(const std::vector<std::string>& arguments) { return runProgram(KESTRIN_VIEW, arguments); }
 
 const std::string kPage = KESTRIN_WEB_DIST "/demo";
 
