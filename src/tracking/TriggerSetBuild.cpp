@@ -4,6 +4,7 @@
 #include "platform/Platform.h"
 #include "services/util/Format.h"
 #include "services/util/KestrinUtil.h"
+#include "tracking/ShrinkImage.h"
 #include "tracking/SystemLevel.h"
 
 #include <algorithm>
@@ -16,6 +17,10 @@ namespace {
 /// Pictures read and not yet taken, or being read. Each can be large.
 constexpr std::size_t kMostAhead = 3;
 
+/// Of a reference image. What is printed fills less of a camera picture; more would only take memory, of
+/// which an application with hundreds of triggers needs enough.
+constexpr std::int64_t kMostPixels = 512 * 512;
+
 constexpr double kLeastSide = 100;     // points
 constexpr float kUnscaledWidth = 0.2F; // metres, as the next
 constexpr float kLeastScaledWidth = 0.05F;
@@ -26,15 +31,6 @@ float physicalWidth(const TriggerBundle::Trigger& trigger) {
     if (!flags->containsFlag("triggerlock") && !flags->containsFlag("triggerworldscale"))
         return kUnscaledWidth;
     return std::max(std::max(trigger.width, trigger.height) * kMetresPerMillimetre, kLeastScaledWidth);
-}
-
-platform::Image download(const TriggerBundle::Trigger& trigger) {
-    log("KestrinTriggerList - Caching Trigger %@ from %@", trigger.id, trigger.address);
-    auto image = KestrinUtil::getImageFromURL(trigger.address);
-    KestrinUtil::saveJPGImage(image, trigger.id);
-    if (!image.isValid())
-        log("KestrinTriggerList - Failed Loading Trigger %@ from %@", trigger.id, trigger.address);
-    return image;
 }
 
 } // namespace
@@ -57,11 +53,11 @@ void TriggerSetBuild::readAhead() {
     const std::size_t end = std::min(m_nextToTake + kMostAhead, m_bundle.triggers.size());
     for (; m_nextToRead < end; ++m_nextToRead)
         platform::platform().dispatch().globalAsync([self = shared_from_this(), place = m_nextToRead] {
-            self->take(place, KestrinUtil::loadJPGImage(self->m_bundle.triggers[place].id));
+            self->take(place, shrink(KestrinUtil::loadJPGImage(self->m_bundle.triggers[place].id)));
         });
 }
 
-void TriggerSetBuild::take(std::size_t place, platform::Image cached) {
+void TriggerSetBuild::take(std::size_t place, Picture cached) {
     std::unique_lock lock(m_mutex);
     m_read.emplace(place, std::move(cached));
     if (m_isTaking)
@@ -81,11 +77,24 @@ void TriggerSetBuild::take(std::size_t place, platform::Image cached) {
         m_done(std::move(m_set));
 }
 
-void TriggerSetBuild::add(const Trigger& trigger, const platform::Image& cached) {
-    const platform::Image image = cached.isValid() ? cached : download(trigger);
+TriggerSetBuild::Picture TriggerSetBuild::shrink(const platform::Image& original) {
+    return {shrinkImage(original, kMostPixels), original.size()};
+}
+
+TriggerSetBuild::Picture TriggerSetBuild::download(const Trigger& trigger) {
+    log("KestrinTriggerList - Caching Trigger %@ from %@", trigger.id, trigger.address);
+    const auto image = KestrinUtil::getImageFromURL(trigger.address);
+    KestrinUtil::saveJPGImage(image, trigger.id);
+    if (!image.isValid())
+        log("KestrinTriggerList - Failed Loading Trigger %@ from %@", trigger.id, trigger.address);
+    return shrink(image);
+}
+
+void TriggerSetBuild::add(const Trigger& trigger, const Picture& cached) {
+    const auto [image, size] = cached.image.isValid() ? cached : download(trigger);
     if (!image.isValid())
         return;
-    if (image.size().width < kLeastSide || image.size().height < kLeastSide) {
+    if (size.width < kLeastSide || size.height < kLeastSide) {
         log("KestrinTriggerList - Failed Loading Trigger, size too small %@ from %@", trigger.id,
             trigger.address);
         return;

@@ -27,21 +27,27 @@ class TriggerSetBuild : public std::enable_shared_from_this<TriggerSetBuild> {
 
   private:
     using Trigger = TriggerBundle::Trigger;
+    struct Picture {
+        platform::Image image; ///< as small as a reference image needs it
+        platform::Size size;   ///< of the original, points
+    };
 
     TriggerSetBuild(TriggerBundle bundle, Progress progress, Done done);
     void readAhead(); ///< with the mutex held
-    void take(std::size_t place, platform::Image cached);
-    void add(const Trigger& trigger, const platform::Image& cached);
+    void take(std::size_t place, Picture cached);
+    void add(const Trigger& trigger, const Picture& cached);
+    static Picture shrink(const platform::Image& original);
+    static Picture download(const Trigger& trigger);
 
     const TriggerBundle m_bundle;
     const Progress m_progress;
     const Done m_done;
 
     std::mutex m_mutex;
-    std::size_t m_nextToRead = 0;                  // guarded
-    std::map<std::size_t, platform::Image> m_read; // guarded; read ahead, by place in the bundle
-    std::size_t m_nextToTake = 0;                  // guarded
-    bool m_isTaking = false;                       // guarded
+    std::size_t m_nextToRead = 0;          // guarded
+    std::map<std::size_t, Picture> m_read; // guarded; read ahead, by place in the bundle
+    std::size_t m_nextToTake = 0;          // guarded
+    bool m_isTaking = false;               // guarded
 
     // Of whoever is taking.
     TriggerSet m_set;

@@ -83,6 +83,21 @@ TEST_F(KestrinTriggerListTest, GivesTriggersTheirWidths) {
     }
 }
 
+TEST_F(KestrinTriggerListTest, KeepsReferenceImagesSmall) {
+    cache("big", 1501, 1000);
+    cache("long", 99, 30000); // too narrow, whatever it shrinks to
+    serve({"big", "long"});
+    beginLoad();
+    endLoad();
+    const auto set = list->getARKitTriggerSet();
+    ASSERT_EQ(namesOf(set), Lines{"big"});
+    const Image& image = set[0]->image;
+    EXPECT_EQ(image.pixels().size(), 500U * 333 * 4);
+    EXPECT_EQ(image.size(), (platform::Size{1500, 999}));
+    EXPECT_EQ(image.pixels()[7], 128) << "the mean of its field";
+    EXPECT_NEAR(set[0]->physicalSize().height, 0.2 * 1000 / 1501, 1e-4);
+}
+
 TEST_F(KestrinTriggerListTest, CallsTheNewestWaiterAfterEveryLoad) {
     const auto root = platform::makeView<View>();
     list->addToParentView(root);
