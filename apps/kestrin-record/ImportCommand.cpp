@@ -87,8 +87,9 @@ void run(int argc, char** argv) {
     const session::Sequence sequence = readFolder(request);
     {
         Progress progress("Importing", sequence.shots.size(), request.quiet);
-        check(session::writeRecording(sequence, request.folder.filename().string(), side.path(),
-                                      [&progress] { progress.step(); }));
+        check(session::writeRecording(sequence,
+                                      std::filesystem::weakly_canonical(request.folder).filename().string(),
+                                      side.path(), [&progress] { progress.step(); }));
     }
     side.takePlace();
     std::printf("%s: %s, %.3f s", request.recording.c_str(), counted(sequence.shots.size(), "frame").c_str(),
