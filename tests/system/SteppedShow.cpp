@@ -13,6 +13,7 @@ namespace kestrin::test {
 namespace {
 
 constexpr double kLook = 0.06; ///< seconds between two looks
+constexpr double kBeginningStep = 0.3;
 constexpr int kSteadyLooks = 2;
 
 bool samePixels(const platform::Image& a, const platform::Image& b) {
@@ -32,9 +33,13 @@ bool SteppedShow::next() {
            m_stage.runUntil([this] { return showsNewFrame(); });
 }
 
-/// Steps until the page draws: its engine runs, and a projection has come.
+/// Steps until the page draws: its engine runs, and a projection has come. Slowly, as a recording has so many
+/// frames and no more.
 bool SteppedShow::begin() {
-    return m_stage.runUntil([this] { return m_stage.tracking().step(0.01) && !m_stage.report().empty(); });
+    return m_stage.runUntil([this] {
+        m_stage.step();
+        return m_stage.runUntil([this] { return !m_stage.report().empty(); }, kBeginningStep);
+    });
 }
 
 double SteppedShow::reportedTime() const {
