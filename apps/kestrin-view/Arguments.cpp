@@ -4,6 +4,7 @@
 
 #include <array>
 #include <charconv>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -12,6 +13,9 @@ namespace kestrin::view {
 namespace {
 
 constexpr std::string_view kSimulate = "simulate";
+constexpr std::string_view kRecording = ".krs";
+constexpr std::string_view kFastest = "max";
+constexpr double kHighestSpeed = 1000;
 constexpr int kFramesBeforeScreenshot = 90;
 
 /// The options as GLib hands them over.
@@ -24,11 +28,14 @@ struct Raw {
     char* frames = nullptr;
     char* screenshot = nullptr;
     char* logLevel = nullptr;
+    char* record = nullptr;
+    char* speed = nullptr;
     char** hostMap = nullptr;
-    gboolean version = FALSE;
+    gboolean version = FALSE, steps = FALSE, loops = FALSE, tolerant = FALSE;
 
     ~Raw() {
-        for (char* text : {page, session, size, orientation, mounting, frames, screenshot, logLevel})
+        for (char* text :
+             {page, session, size, orientation, mounting, frames, screenshot, logLevel, record, speed})
             g_free(text);
         g_strfreev(hostMap);
     }
@@ -53,15 +60,50 @@ std::string readPage(std::string_view text, Arguments& arguments) {
     return std::filesystem::is_regular_file(index) ? "" : "--page: no such file: " + index.string();
 }
 
+/// A folder's name as it is after a shell has completed it, without the last slash.
+std::filesystem::path folderName(std::string_view text) {
+    const std::filesystem::path name(text);
+    return name.has_filename() ? name : name.parent_path();
+}
+
 std::string readSession(std::string_view text, Arguments& arguments) {
     if (text == kSimulate)
         return "";
+    if (const auto folder = folderName(text); folder.extension() == kRecording) {
+        arguments.recording = folder;
+        return std::filesystem::is_directory(folder) ? ""
+                                                     : "--session: no such recording: " + folder.string();
+    }
     if (!text.starts_with(kSimulate) || text.size() < kSimulate.size() + 2 || text[kSimulate.size()] != ':')
-        return "--session: expected simulate or simulate:ROOM.json, not '" + std::string(text) + "'";
+        return "--session: expected simulate, simulate:ROOM.json or FILE.krs, not '" + std::string(text) +
+               "'";
     arguments.room = text.substr(kSimulate.size() + 1);
     return std::filesystem::is_regular_file(*arguments.room)
                ? ""
                : "--session: no such file: " + arguments.room->string();
+}
+
+std::string readRecord(std::string_view text, Arguments& arguments) {
+    arguments.record = folderName(text);
+    if (arguments.record->extension() != kRecording)
+        return "--record: expected a name like desk.krs, not '" + std::string(text) + "'";
+    return std::filesystem::exists(*arguments.record)
+               ? "--record: there is one already: " + arguments.record->string()
+               : "";
+}
+
+std::string readSpeed(std::string_view text, Arguments& arguments) {
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool whole = error == std::errc() && end == text.data() + text.size();
+    if (text == kFastest)
+        arguments.speed = std::numeric_limits<double>::infinity();
+    else if (whole && value > 0 && value <= kHighestSpeed)
+        arguments.speed = value;
+    else
+        return "--speed: expected a number above 0, such as 0.5 or 4, or max, not '" + std::string(text) +
+               "'";
+    return "";
 }
 
 std::string readSize(std::string_view text, Arguments& arguments) {
@@ -114,21 +156,39 @@ std::string readLogLevel(std::string_view text, Arguments& arguments) {
     return "";
 }
 
+/// What does not go together; nothing when all does.
+std::string contradiction(const Raw& raw, const Arguments& arguments) {
+    if (arguments.recording && raw.mounting)
+        return "--mounting: a recording has that of its own camera";
+    if (!arguments.recording && (arguments.loops || arguments.tolerant))
+        return std::string(arguments.loops ? "--loop" : "--tolerant") + ": goes with --session FILE.krs";
+    if (arguments.steps && raw.speed)
+        return "--speed: does not go with --step";
+    return "";
+}
+
 std::variant<Arguments, Ending> checked(const Raw& raw) {
-    const std::array<std::pair<const char*, Reader>, 8> readers{{{raw.page, readPage},
-                                                                 {raw.session, readSession},
-                                                                 {raw.size, readSize},
-                                                                 {raw.orientation, readOrientation},
-                                                                 {raw.mounting, readMounting},
-                                                                 {raw.frames, readFrames},
-                                                                 {raw.screenshot, readScreenshot},
-                                                                 {raw.logLevel, readLogLevel}}};
+    const std::array<std::pair<const char*, Reader>, 10> readers{{{raw.page, readPage},
+                                                                  {raw.session, readSession},
+                                                                  {raw.size, readSize},
+                                                                  {raw.orientation, readOrientation},
+                                                                  {raw.mounting, readMounting},
+                                                                  {raw.frames, readFrames},
+                                                                  {raw.screenshot, readScreenshot},
+                                                                  {raw.logLevel, readLogLevel},
+                                                                  {raw.record, readRecord},
+                                                                  {raw.speed, readSpeed}}};
     Arguments arguments;
+    arguments.steps = raw.steps != FALSE;
+    arguments.loops = raw.loops != FALSE;
+    arguments.tolerant = raw.tolerant != FALSE;
     for (const auto& [text, read] : readers) {
         const std::string wrong = text ? read(text, arguments) : "";
         if (!wrong.empty())
             return failure(wrong);
     }
+    if (const std::string wrong = contradiction(raw, arguments); !wrong.empty())
+        return failure(wrong);
     for (char** entry = raw.hostMap; entry && *entry; ++entry)
         arguments.hostMap.emplace_back(*entry);
     if (arguments.screenshot && !arguments.frames)
@@ -146,7 +206,17 @@ std::variant<Arguments, Ending> parseArguments(int argc, char** argv) {
         {"page", 'p', 0, G_OPTION_ARG_FILENAME, &raw.page, "The page to show, or a folder with index.html",
          "FILE|FOLDER"},
         {"session", 's', 0, G_OPTION_ARG_FILENAME, &raw.session,
-         "Where tracking comes from (default: simulate, the built-in room)", "simulate[:ROOM.json]"},
+         "Where tracking comes from (default: simulate, the built-in room)", "simulate[:ROOM.json]|FILE.krs"},
+        {"record", 'r', 0, G_OPTION_ARG_FILENAME, &raw.record,
+         "Keep what the session sees in a new recording", "FILE.krs"},
+        {"speed", 0, 0, G_OPTION_ARG_STRING, &raw.speed,
+         "N times real time, or max: as fast as frames are taken (default: 1)", "N|max"},
+        {"step", 0, 0, G_OPTION_ARG_NONE, &raw.steps,
+         "Frame by frame: the next when Space or Right is pressed, with --frames when the page has the last",
+         nullptr},
+        {"loop", 0, 0, G_OPTION_ARG_NONE, &raw.loops, "Play the recording again and again", nullptr},
+        {"tolerant", 0, 0, G_OPTION_ARG_NONE, &raw.tolerant, "Play a damaged recording up to the damage",
+         nullptr},
         {"size", 0, 0, G_OPTION_ARG_STRING, &raw.size, "Size of the view (default: 960x600)", "WxH"},
         {"orientation", 0, 0, G_OPTION_ARG_STRING, &raw.orientation,
          "portrait, portrait-down, landscape-right or landscape-left (default: from the view's shape)",
@@ -166,8 +236,9 @@ std::variant<Arguments, Ending> parseArguments(int argc, char** argv) {
     const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(
         g_option_context_new("- a web page in augmented reality"), g_option_context_free);
     g_option_context_add_main_entries(context.get(), entries, nullptr);
-    g_option_context_set_description(context.get(), "Keys: F11 full screen, Ctrl+Q quit.\n"
-                                                    "Example: kestrin-view --page web/dist/demo\n");
+    g_option_context_set_description(
+        context.get(), "Keys: F11 full screen, Ctrl+Q quit, with --step Space or Right for the next frame.\n"
+                       "Example: kestrin-view --page web/dist/demo\n");
     g_autoptr(GError) error = nullptr;
     if (!g_option_context_parse(context.get(), &argc, &argv, &error))
         return failure(error->message);

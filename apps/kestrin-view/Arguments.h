@@ -12,10 +12,16 @@ namespace kestrin::view {
 struct Arguments {
     std::filesystem::path page;                ///< a page, or a folder with index.html
     std::optional<std::filesystem::path> room; ///< of the simulated session; the built-in room when absent
-    int width = 960, height = 600;             ///< of the view, points
-    int orientation = 0;                       ///< 1..4, or 0: from the shape of the view
-    bool turnsWithDevice = false;              ///< the camera's mounting
-    std::optional<int> frames;                 ///< ends after so many frames of the session
+    std::optional<std::filesystem::path> recording; ///< to play instead of a simulated session
+    std::optional<std::filesystem::path> record;    ///< where to keep what the session sees
+    bool tolerant = false;                          ///< plays a damaged recording up to the damage
+    bool loops = false;
+    bool steps = false;            ///< frame by frame
+    double speed = 1;              ///< times real time; infinite: as fast as frames are taken
+    int width = 960, height = 600; ///< of the view, points
+    int orientation = 0;           ///< 1..4, or 0: from the shape of the view
+    bool turnsWithDevice = false;  ///< the camera's mounting
+    std::optional<int> frames;     ///< ends after so many frames of the session
     std::optional<std::filesystem::path> screenshot;
     bool logs = true;
     std::vector<std::string> hostMap; ///< HOST=ADDRESS:PORT each

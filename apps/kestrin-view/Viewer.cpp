@@ -1,6 +1,7 @@
 #include "Viewer.h"
 
 #include "Tally.h"
+#include "Tracking.h"
 
 #include "bridge/KestrinWebEvent.h"
 #include "content/ContentServer.h"
@@ -11,8 +12,8 @@
 #include "linux/toolkit/Capture.h"
 #include "linux/toolkit/GRef.h"
 #include "linux/toolkit/Widget.h"
-#include "session/RoomFile.h"
-#include "session/SimulatedTracking.h"
+#include "services/util/Format.h"
+#include "session/recording/Recorder.h"
 
 #include <gtk/gtk.h>
 
@@ -23,20 +24,9 @@ namespace kestrin::view {
 namespace {
 
 constexpr double kPollSeconds = 0.05;
+constexpr double kStepSeconds = 0.5; ///< how long a frame may take until the next is asked for
 /// A run that is to end after some frames gives up when no pose reaches the page for so long.
 constexpr double kPatienceSeconds = 30;
-
-session::SimulatedOptions simulation(const Arguments& arguments) {
-    session::SimulatedOptions options;
-    options.mounting = arguments.turnsWithDevice ? session::Mounting::turned : session::Mounting::upright;
-    if (!arguments.room)
-        return options;
-    auto room = session::loadRoom(*arguments.room);
-    if (const auto* wrong = std::get_if<std::string>(&room))
-        throw std::runtime_error(*wrong);
-    options.room = std::get<std::shared_ptr<const session::Room>>(room);
-    return options;
-}
 
 content::Application applicationOf(const Arguments& arguments) {
     content::Application application;
@@ -45,29 +35,36 @@ content::Application applicationOf(const Arguments& arguments) {
     return application;
 }
 
+void log(std::string_view line) { platform::platform().log().write(line); }
+
 /// The window, the view in it, and what ends the run.
 class Viewer {
   public:
     explicit Viewer(const Arguments& arguments)
         : m_arguments(arguments), m_server(applicationOf(arguments)) {}
-    ~Viewer();
+    ~Viewer() { closeView(); }
 
     Ending run();
 
   private:
     void startServer();
+    void startRecorder();
     void installPlatform();
     void makeWindow();
     void addKeys();
     void startView();
     void watch();
+    void step();
     void finish();
     void end(Ending ending);
+    void closeView();
+    void finishRecording();
 
     const Arguments& m_arguments;
     content::ContentServer m_server;
     std::shared_ptr<gtk::LinuxPlatform> m_platform;
-    std::shared_ptr<session::SimulatedTracking> m_tracking;
+    std::shared_ptr<session::Recorder> m_recorder; ///< empty when nothing is recorded
+    std::shared_ptr<session::SourcedTracking> m_tracking;
     std::shared_ptr<KestrinView> m_view;
     gtk::GRef<GtkWindow> m_window;
     const std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> m_loop{g_main_loop_new(nullptr, FALSE),
@@ -79,28 +76,50 @@ class Viewer {
     Ending m_ending;
 };
 
-Viewer::~Viewer() {
+/// The session ends with it.
+void Viewer::closeView() {
     m_watch.reset();
     if (m_view)
         m_view->destroy();
     if (m_window)
         gtk_window_destroy(m_window.get());
+    m_window = {};
     m_view.reset();
+}
+
+void Viewer::finishRecording() {
+    m_recorder->finish();
+    m_ending.text += (m_ending.text.empty() ? "" : "\n") +
+                     format("recorded %i frames in %@, missed %i", std::int64_t(m_recorder->recorded()),
+                            m_arguments.record->string(), std::int64_t(m_recorder->missed()));
 }
 
 Ending Viewer::run() {
     startServer();
+    startRecorder();
     installPlatform();
     makeWindow();
     startView();
     watch();
     g_main_loop_run(m_loop.get());
+    closeView();
+    if (m_recorder)
+        finishRecording();
     return m_ending;
 }
 
 void Viewer::startServer() {
     if (const auto wrong = m_server.start())
         throw std::runtime_error(*wrong);
+}
+
+void Viewer::startRecorder() {
+    if (!m_arguments.record)
+        return;
+    auto recorder = session::Recorder::create({*m_arguments.record, "kestrin-view", log});
+    if (const auto* wrong = std::get_if<session::RecordingError>(&recorder))
+        throw std::runtime_error(wrong->text);
+    m_recorder = std::get<std::shared_ptr<session::Recorder>>(std::move(recorder));
 }
 
 void Viewer::installPlatform() {
@@ -112,11 +131,12 @@ void Viewer::installPlatform() {
     for (const std::string& entry : m_arguments.hostMap)
         hosts += ',' + entry;
     options.hostMap = gtk::HostMap::parse(hosts);
-    auto simulated = simulation(m_arguments);
-    options.worldTracking = [this, &simulated](const platform::InterfaceOrientation& orientation) {
-        simulated.session.orientation = &orientation;
-        simulated.session.log = [](std::string_view line) { platform::platform().log().write(line); };
-        return m_tracking = std::make_shared<session::SimulatedTracking>(simulated);
+    options.worldTracking = [this](const platform::InterfaceOrientation& orientation) {
+        session::SessionOptions session;
+        session.orientation = &orientation;
+        session.log = log;
+        session.tap = m_recorder;
+        return m_tracking = makeTracking(m_arguments, std::move(session));
     };
     m_platform = gtk::LinuxPlatform::make(options);
     if (!m_platform)
@@ -152,6 +172,14 @@ void Viewer::addKeys() {
             return TRUE;
         },
         nullptr);
+    if (m_arguments.steps)
+        bind(
+            "space|Right",
+            [](GtkWidget*, GVariant*, gpointer self) -> gboolean {
+                static_cast<Viewer*>(self)->step();
+                return TRUE;
+            },
+            this);
     bind(
         "<Control>q",
         [](GtkWidget*, GVariant*, gpointer loop) -> gboolean {
@@ -174,6 +202,11 @@ void Viewer::startView() {
     gtk_window_present(m_window.get());
 }
 
+/// Asks the session for the next frame, without waiting for it.
+void Viewer::step() {
+    m_platform->dispatch().globalAsync([tracking = m_tracking] { tracking->step(kStepSeconds); });
+}
+
 /// Looks, now and then, whether the frames are over.
 void Viewer::watch() {
     if (!m_arguments.frames)
@@ -181,13 +214,18 @@ void Viewer::watch() {
     m_lastPose = m_platform->dispatch().now();
     m_watch = m_platform->dispatch().every(kPollSeconds, [this] {
         const double now = m_platform->dispatch().now();
-        if (std::exchange(m_posesSeen, m_tally.poses()) != m_tally.poses())
+        const bool isNew = std::exchange(m_posesSeen, m_tally.poses()) != m_tally.poses();
+        if (isNew)
             m_lastPose = now;
-        if (m_tally.poses() > 0 && std::int64_t(m_tracking->frames()) >= *m_arguments.frames)
+        const bool isOver =
+            m_tracking->hasEnded() || std::int64_t(m_tracking->frames()) >= *m_arguments.frames;
+        if (m_tally.poses() > 0 && isOver)
             finish();
         else if (now - m_lastPose > kPatienceSeconds)
             end({1, "kestrin-view: the page received no pose for " + std::to_string(int(kPatienceSeconds)) +
                         " seconds"});
+        else if (m_arguments.steps && (isNew || now - m_lastPose > kStepSeconds))
+            step();
     });
 }
 

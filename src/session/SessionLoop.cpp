@@ -35,6 +35,7 @@ void SessionLoop::run(const platform::ArConfiguration& configuration, unsigned o
         const std::lock_guard lock(m_mutex);
         ++m_generation;
         m_isRunning = m_beginAsked = true;
+        m_hasEnded = false;
         m_beginOptions |= options;
         m_configuration = configuration;
         old = std::exchange(m_frame, frameForRun(options));
@@ -221,11 +222,17 @@ std::shared_ptr<const ArFrame> SessionLoop::makeFrame(const SourcedFrame& source
     return frame;
 }
 
+bool SessionLoop::hasEnded() const {
+    const std::lock_guard lock(m_mutex);
+    return m_hasEnded;
+}
+
 std::uint64_t SessionLoop::frames() const {
     const std::lock_guard lock(m_mutex);
     return m_frames;
 }
 
+/// False when the run to which the frame belongs is over.
 /// False when the run to which the frame belongs is over.
 bool SessionLoop::publish(std::shared_ptr<const ArFrame> frame, Generation generation) {
     const std::lock_guard lock(m_mutex);

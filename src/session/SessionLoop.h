@@ -49,6 +49,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
     std::optional<platform::ArConfiguration> configuration() const;
     bool step(double timeout);
     std::uint64_t frames() const;
+    bool hasEnded() const;
 
     /// The body of the thread: until stop.
     void work();

@@ -40,4 +40,6 @@ bool SourcedSession::step(double timeoutSeconds) { return m_loop->step(timeoutSe
 
 std::uint64_t SourcedSession::frames() const { return m_loop->frames(); }
 
+bool SourcedSession::hasEnded() const { return m_loop->hasEnded(); }
+
 } // namespace kestrin::session

@@ -27,6 +27,8 @@ class SourcedSession final : public platform::ArSession {
     bool step(double timeoutSeconds = 30);
     /// How many frames the delegate was told of, or would have been.
     std::uint64_t frames() const;
+    /// Whether the source has given its last frame to the present run.
+    bool hasEnded() const;
 
   private:
     const std::shared_ptr<SessionLoop> m_loop;

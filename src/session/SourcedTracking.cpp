@@ -33,6 +33,11 @@ bool SourcedTracking::step(double timeoutSeconds) const {
     return session && session->step(timeoutSeconds);
 }
 
+bool SourcedTracking::hasEnded() const {
+    const auto session = newest();
+    return session && session->hasEnded();
+}
+
 std::uint64_t SourcedTracking::frames() const {
     const auto session = newest();
     return session ? session->frames() : 0;

@@ -13,6 +13,8 @@ class SourcedTracking : public platform::WorldTracking {
     bool step(double timeoutSeconds = 30) const;
     /// Frames of the session that was made last.
     std::uint64_t frames() const;
+    /// Whether the session that was made last runs and has given its last frame.
+    bool hasEnded() const;
 
   protected:
     explicit SourcedTracking(SessionOptions options);

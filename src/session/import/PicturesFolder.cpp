@@ -72,7 +72,7 @@ Description describe(const Field& field) {
 }
 
 Description readDescription(const fs::path& file) {
-    const auto document = parseDocument(readText(file));
+    const auto document = parseDocument(readText(file, kMostDescription));
     if (const auto* error = std::get_if<std::string>(&document))
         throw ImportError(file.string() + ": " + *error);
     try {

@@ -40,7 +40,7 @@ struct SensorFile::Document {
 SensorFile::SensorFile(const std::filesystem::path& file)
     : m_document(std::make_unique<Document>(Document{file.string(), {}})) {
     try {
-        m_document->root = YAML::Load(readText(file));
+        m_document->root = YAML::Load(readText(file, kMostDescription));
     } catch (const YAML::Exception& error) {
         m_document->fail(error.mark, error.msg);
     }

@@ -11,7 +11,8 @@ namespace kestrin::session {
 
 namespace {
 
-constexpr std::size_t kMaximumBytes = 256'000'000;
+constexpr std::size_t kMaximumBytes = 100'000'000;
+constexpr std::size_t kMaximumRows = 2'000'000;
 constexpr std::string_view kBetween = ", \t\r";
 constexpr Stamp kSecond = 1'000'000'000;
 constexpr Stamp kLongest = 9'000'000'000; // seconds that fit a stamp
@@ -47,8 +48,8 @@ std::optional<Stamp> fraction(std::string_view digits) {
 
 } // namespace
 
-std::string readText(const std::filesystem::path& file) {
-    std::optional<std::string> text = readFile(file, kMaximumBytes);
+std::string readText(const std::filesystem::path& file, std::size_t most) {
+    std::optional<std::string> text = readFile(file, most);
     if (!text)
         throw ImportError(file.string() + ": cannot be read");
     return *std::move(text);
@@ -66,10 +67,11 @@ void TableRow::needColumns(std::size_t count) const {
         fail("expected " + std::to_string(count) + " columns, found " + std::to_string(size()));
 }
 
-double TableRow::number(std::size_t column) const {
+double TableRow::number(std::size_t column, double most) const {
     const auto value = parse<double>(text(column));
-    if (!value || !std::isfinite(*value))
-        fail("expected a number, not '" + std::string(text(column)) + "'");
+    if (!value || !(std::abs(*value) <= most))
+        fail("expected a number" + std::string(value && std::isfinite(*value) ? " that can be meant" : "") +
+             ", not '" + std::string(text(column)) + "'");
     return *value;
 }
 
@@ -86,13 +88,11 @@ Stamp TableRow::decimalSeconds(std::size_t column) const {
     const auto whole = parse<Stamp>(cell.substr(0, point));
     if (whole && isPlainDecimal(cell) && *whole <= kLongest)
         return *whole * kSecond + (point == cell.npos ? 0 : *fraction(cell.substr(point + 1)));
-    const double value = number(column);
-    if (!(std::abs(value) <= double(kLongest)))
-        fail("expected a time in seconds, not '" + std::string(cell) + "'");
-    return Stamp(std::llround(value * double(kSecond)));
+    return Stamp(std::llround(number(column, double(kLongest)) * double(kSecond)));
 }
 
-TextTable::TextTable(const std::filesystem::path& file) : TextTable(file.string(), readText(file)) {}
+TextTable::TextTable(const std::filesystem::path& file)
+    : TextTable(file.string(), readText(file, kMaximumBytes)) {}
 
 TextTable::TextTable(std::string name, std::string contents)
     : m_file(std::move(name)), m_text(std::move(contents)) {
@@ -104,6 +104,8 @@ TextTable::TextTable(std::string name, std::string contents)
         ++number;
         if (!cells.empty() && cells.front().front() != '#')
             m_rows.emplace_back(m_file, number, std::move(cells));
+        if (m_rows.size() > kMaximumRows)
+            throw ImportError(m_file + ": has more than " + std::to_string(kMaximumRows) + " lines");
         from = to + 1;
     }
     if (m_rows.empty())

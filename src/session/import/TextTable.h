@@ -24,7 +24,8 @@ class TableRow {
     void needColumns(std::size_t count) const;
 
     std::string_view text(std::size_t column) const { return m_cells[column]; }
-    double number(std::size_t column) const; ///< finite
+    /// Between -`most` and `most`: more than any metre, radian or calibration there is.
+    double number(std::size_t column, double most = 1e6) const;
     Stamp nanoseconds(std::size_t column) const;
     /// Seconds with decimals, kept to the nanosecond.
     Stamp decimalSeconds(std::size_t column) const;
@@ -53,7 +54,8 @@ class TextTable {
     std::vector<TableRow> m_rows;
 };
 
-/// The whole of a text file. Throws ImportError when it cannot be read.
-std::string readText(const std::filesystem::path& file);
+/// The whole of a text file of at most `most` bytes. Throws ImportError when it cannot be read.
+std::string readText(const std::filesystem::path& file, std::size_t most);
+constexpr std::size_t kMostDescription = 1'000'000; ///< bytes of a file that describes a camera
 
 } // namespace kestrin::session
