@@ -22,6 +22,8 @@ std::string temporary(const std::string& name, const std::string& text) {
 }
 
 TEST(ViewProgram, SaysInOneLineWhatIsWrong) {
+    const std::string emptyRecording = testing::TempDir() + "empty.krs";
+    std::filesystem::create_directories(emptyRecording);
     const std::string room = temporary("bad-room.json", R"({"surfaces": 7})");
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
         {{}, "--page"},
@@ -38,6 +40,14 @@ TEST(ViewProgram, SaysInOneLineWhatIsWrong) {
         {{"--page", kPage, "--frames", "-3"}, "-3"},
         {{"--page", kPage, "--screenshot", "/no/such/folder/a.png"}, "/no/such/folder"},
         {{"--page", kPage, "--log-level", "loud"}, "loud"},
+        {{"--page", kPage, "--session", "/no/such/desk.krs"}, "/no/such/desk.krs"},
+        {{"--page", kPage, "--session", emptyRecording}, emptyRecording + "/session.jsonl"},
+        {{"--page", kPage, "--record", emptyRecording}, "there is one already"},
+        {{"--page", kPage, "--record", "desk.mkv"}, "desk.mkv"},
+        {{"--page", kPage, "--speed", "0"}, "--speed"},
+        {{"--page", kPage, "--loop"}, "--loop"},
+        {{"--page", kPage, "--step", "--speed", "2"}, "--step"},
+        {{"--page", kPage, "--session", emptyRecording, "--mounting", "turned"}, "--mounting"},
         {{"--page", kPage, "--host-map", "nonsense"}, "nonsense"}};
     for (const auto& [arguments, mention] : cases) {
         const Outcome outcome = run(arguments);
@@ -52,8 +62,9 @@ TEST(ViewProgram, ExplainsItself) {
     EXPECT_TRUE(std::regex_match(run({"--version"}).out, std::regex(R"(kestrin-view \d+\.\d+\.\d+\n)")));
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* option : {"--page", "--session", "--size", "--orientation", "--mounting", "--frames",
-                               "--screenshot", "--log-level", "--host-map", "--version"})
+    for (const char* option :
+         {"--page", "--session", "--size", "--orientation", "--mounting", "--frames", "--screenshot",
+          "--log-level", "--host-map", "--version", "--record", "--speed", "--step", "--loop", "--tolerant"})
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
 }
 
@@ -76,6 +87,24 @@ TEST(ViewProgram, EndsAfterItsFramesWithASummaryAndAScreenshot) {
     png.read(head.data(), 24);
     EXPECT_EQ(head.substr(1, 3), "PNG");
     EXPECT_EQ(head.substr(16), std::string("\0\0\x01\x40\0\0\0\xF0", 8)) << "not 320x240";
+}
+
+TEST(ViewProgram, PlaysWhatItHasRecorded) {
+    const TemporaryFolder folder;
+    const std::string kept = folder / "room.krs";
+    const Outcome recorded =
+        run({"--page", kPage, "--size", "320x240", "--frames", "30", "--log-level", "off", "--record", kept});
+    EXPECT_EQ(recorded.status, 0) << recorded.err;
+    std::smatch found;
+    ASSERT_TRUE(
+        std::regex_search(recorded.out, found, std::regex(R"(recorded (\d+) frames in .*, missed \d+)")))
+        << recorded.out;
+    EXPECT_GE(std::stoi(found[1]), 15);
+    for (const char* pace : {"--step", "--speed=max"}) {
+        const Outcome played = run({"--page", kPage, "--size", "320x240", "--frames", "1000000",
+                                    "--log-level", "off", "--session", kept, pace});
+        EXPECT_EQ(played.status, 0) << played.err << " the recording's end ends it";
+    }
 }
 
 } // namespace
