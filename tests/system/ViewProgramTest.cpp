@@ -2,6 +2,8 @@
 
 #include "Program.h"
 
+#include "support/TemporaryFolder.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
