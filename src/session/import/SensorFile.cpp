@@ -13,6 +13,7 @@ namespace kestrin::session {
 
 namespace {
 
+constexpr double kMost = 1e6;    // more than any metre, pixel or coefficient there is
 constexpr double kSkewed = 1e-3; // what is left of a rotation that was written with few digits
 
 bool isRotation(const Eigen::Matrix3d& matrix) {
@@ -55,7 +56,8 @@ std::vector<double> SensorFile::numbers(const std::string& key, std::size_t leas
     std::vector<double> values;
     for (std::size_t i = 0; node.IsSequence() && i < std::min(node.size(), most + 1); ++i) {
         double value = NAN;
-        if (!node[i].IsScalar() || !YAML::convert<double>::decode(node[i], value) || !std::isfinite(value))
+        if (!node[i].IsScalar() || !YAML::convert<double>::decode(node[i], value) ||
+            !(std::abs(value) <= kMost))
             m_document->fail(node[i].Mark(), key + ": expected numbers");
         values.push_back(value);
     }

@@ -70,8 +70,9 @@ void TableRow::needColumns(std::size_t count) const {
 double TableRow::number(std::size_t column, double most) const {
     const auto value = parse<double>(text(column));
     if (!value || !(std::abs(*value) <= most))
-        fail("expected a number" + std::string(value && std::isfinite(*value) ? " that can be meant" : "") +
-             ", not '" + std::string(text(column)) + "'");
+        fail((value && std::isfinite(*value) ? "expected a smaller number, not '"
+                                             : "expected a number, not '") +
+             std::string(text(column)) + "'");
     return *value;
 }
 
