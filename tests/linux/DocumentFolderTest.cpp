@@ -18,24 +18,6 @@ std::ptrdiff_t filesIn(const std::filesystem::path& folder) {
     return std::distance(std::filesystem::recursive_directory_iterator(folder), {});
 }
 
-/// Lets this process write files of so many bytes and no larger ones.
-class FileLimit {
-  public:
-    explicit FileLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-  private:
-    void (*m_handler)(int);
-    rlimit m_before{};
-};
-
 } // namespace
 
 TEST(DocumentFolder, KeepsTheFormerFileWhenTheNextCannotBeWritten) {
@@ -44,10 +26,13 @@ TEST(DocumentFolder, KeepsTheFormerFileWhenTheNextCannotBeWritten) {
     EXPECT_EQ(documents.read("a.jpg"), std::nullopt);
     EXPECT_TRUE(documents.write("a.jpg", Bytes(300, 'x')));
     EXPECT_TRUE(documents.write("a.jpg", Bytes{'y', 0, 'z'}));
-    {
-        const FileLimit limit(1000);
-        EXPECT_FALSE(documents.write("a.jpg", Bytes(100'000, 'x')));
-    }
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{1000, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_FALSE(documents.write("a.jpg", Bytes(100'000, 'x')));
+    setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(documents.read("a.jpg"), std::string("y\0z", 3));
     EXPECT_EQ(filesIn(folder.path()), 1) << "something was left behind";
 }
