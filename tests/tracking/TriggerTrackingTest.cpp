@@ -57,8 +57,7 @@ TEST_F(TriggerTrackingTest, FollowsImagesWithoutAWorldUnlessAFlagNeedsOne) {
         listener->take();
         processor->setup(480, 640);
         const auto configuration = session().runs().back().configuration;
-        const bool onlyImages = configuration.kind == ArConfiguration::Kind::imageOnly;
-        EXPECT_EQ(onlyImages, c.onlyImages) << c.flag;
+        EXPECT_EQ(configuration.kind == ArConfiguration::Kind::imageOnly, c.onlyImages) << c.flag;
         EXPECT_EQ(configuration.autoFocusEnabled, c.focus) << c.flag;
         EXPECT_EQ(configuration.maximumNumberOfTrackedImages, c.onlyImages ? 1 : 0);
         EXPECT_TRUE(configuration.lightEstimationEnabled);
