@@ -6,6 +6,8 @@
 #include "services/util/MainThread.h"
 #include "tracking/ARKitMarkerlessProcessor.h"
 #include "tracking/CVManager.h"
+#include "tracking/KestrinTriggerList.h"
+#include "tracking/SystemLevel.h"
 #include "ui/ErrorPreviewView.h"
 #include "ui/SdkLoadingView.h"
 
@@ -70,6 +72,8 @@ void KestrinView::show() {
         cv->addToParentView(shared());
     else
         log("KestrinView - show - AR View not initialised. Expect wrong visual results.");
+    if (const auto triggers = triggerOverlay())
+        triggers->addToParentView(shared());
     if (const auto web = held(m_WebView))
         web->addToParentView(shared());
     else
@@ -96,6 +100,8 @@ void KestrinView::hide() {
         cv->removeFromParentView();
     else
         log("KestrinView - hide - AR View not initialised. Expect wrong visual results.");
+    if (const auto triggers = triggerOverlay())
+        triggers->removeFromParentView();
     if (const auto web = held(m_WebView))
         web->removeFromParentView();
     else
@@ -109,6 +115,10 @@ void KestrinView::hide() {
     else
         log("KestrinView - hide - Error View not initialised. Expect wrong visual results.");
     m_isHidden = true;
+}
+
+std::shared_ptr<KestrinTriggerList> KestrinView::triggerOverlay() {
+    return systemIsAtLeast(11.3) ? KestrinTriggerList::getInstance() : nullptr;
 }
 
 std::shared_ptr<View> KestrinView::getCameraView() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/config/KestrinSettings.h"
+#include "platform/Dispatch.h"
 #include "platform/View.h"
 #include "tracking/CVManagerDelegate.h"
 
@@ -19,6 +20,7 @@ namespace kestrin {
 class AppJSONStack;
 class CVManager;
 class ErrorPreviewView;
+class KestrinTriggerList;
 class KestrinWebEventController;
 class KestrinWebView;
 class SdkLoadingView;
@@ -32,6 +34,15 @@ class SdkLoadingView;
 class KestrinView : public platform::View, public CVManagerDelegate {
   public:
     using EventCallback = std::function<void(const boost::json::object& data)>;
+
+    /// What a start waits for.
+    enum class StartDelay {
+        server,            ///< the feature flags, which have not come yet
+        unreachableServer, ///< it has not answered; only another `setup` asks it again
+        cameraAccess,      ///< the person's answer
+        page               ///< to load, and to say that it is ready
+    };
+    using DelayCallback = std::function<void(std::optional<StartDelay> delay)>;
 
     /// A hidden view of the screen's size.
     static std::shared_ptr<KestrinView> init();
@@ -51,6 +62,9 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     void start() { startWithCallback(nullptr); }
     /// `failed` is called on main when the start fails, and never when it succeeds.
     void startWithCallback(std::function<void()> failed);
+    /// `callback` is called on main when a start has waited for one thing for 8 seconds, which the loading
+    /// overlay then says too, and with none when it goes on, fails or is given up.
+    void onStartDelayed(DelayCallback callback) { m_startDelayed = std::move(callback); }
     /// Puts the layers in, or takes them out, bottom to top. Thread: any, diverted.
     void show();
     void hide();
@@ -145,11 +159,17 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     void syncFeatureFlags();
     void observeApplication();
     void ignoreApplication();
+    void loadTriggers(const std::function<void()>& failed);
     void askForCamera(const std::function<void()>& failed);
     void launch();
     void makeManager();
     void failStart(const char* title, const char* body, const std::function<void()>& failed);
+    void waitFor(std::optional<StartDelay> what);
+    void reportWait();
+    void tellDelay(std::optional<StartDelay> delay);
     void followToolkit();
+    /// The overlay of the loading triggers; none on systems without.
+    static std::shared_ptr<KestrinTriggerList> triggerOverlay();
     template <class Action>
     void obeyPage(const char* acting, const char* ignored, Action action);
 
@@ -162,6 +182,7 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     void onResumeAREngine(const boost::json::object& event);
     void onOpenExternalUrl(const boost::json::object& event);
     void onRequestApplication(const boost::json::object& event);
+    void onForceLoseTracking(const boost::json::object& event);
     void onStartMarkerless(const boost::json::object& event);
     void onStartMarkerlessPlacement(const boost::json::object& event);
     void onChangeApp(const boost::json::object& event);
@@ -180,7 +201,11 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     std::shared_ptr<SdkLoadingView> sdkLoadingView;
     std::shared_ptr<ErrorPreviewView> errorPreviewView;
     std::optional<std::string> change_from, change_into; ///< application ids of the last change
-    platform::Size m_toolkitSize;                        ///< zero before the toolkit gave one
+    std::optional<StartDelay> m_waitsFor;                ///< what a start waits for
+    std::optional<StartDelay> m_delay;                   ///< what has been told to take too long
+    std::unique_ptr<platform::RepeatingTimer> m_patience;
+    DelayCallback m_startDelayed;
+    platform::Size m_toolkitSize; ///< zero before the toolkit gave one
 };
 
 } // namespace kestrin

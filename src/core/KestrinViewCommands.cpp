@@ -52,6 +52,7 @@ void KestrinView::onDeviceInfo(const json::object&) {
 }
 
 void KestrinView::onWebGLReady(const json::object& event) {
+    waitFor(std::nullopt);
     sdkLoadingView->hide();
     onDeviceInfo(event);
 }
@@ -130,6 +131,11 @@ void KestrinView::onOpenExternalUrl(const json::object& event) {
 
 void KestrinView::onRequestApplication(const json::object&) {
     m_JsonStack->deployDirect(m_Settings.getTemplateCommand());
+}
+
+void KestrinView::onForceLoseTracking(const json::object&) {
+    if (m_CV && KestrinFeatureFlags::getInstance()->containsFlag("triggerlock"))
+        m_CV->cleanContext();
 }
 
 void KestrinView::onChangeApp(const json::object& event) {

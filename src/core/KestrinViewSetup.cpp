@@ -29,6 +29,7 @@ struct KestrinView::Handlers {
             {5, &KestrinView::onResumeAREngine},
             {6, &KestrinView::onOpenExternalUrl},
             {7, &KestrinView::onRequestApplication},
+            {9, &KestrinView::onForceLoseTracking},
             {11, &KestrinView::onStartMarkerless},
             {13, &KestrinView::onStartMarkerlessPlacement},
             {15, &KestrinView::onChangeApp},
@@ -110,6 +111,7 @@ void KestrinView::destroy() {
     if (m_CV)
         m_CV->pause();
     m_isEventRegistered = false;
+    waitFor(std::nullopt);
 }
 
 } // namespace kestrin

@@ -4,6 +4,7 @@
 #include "services/util/Format.h"
 #include "services/util/MainThread.h"
 #include "tracking/CVManager.h"
+#include "tracking/KestrinTriggerList.h"
 #include "ui/ErrorPreviewView.h"
 #include "ui/KestrinCustomView.h"
 #include "ui/SdkLoadingView.h"
@@ -103,6 +104,8 @@ void KestrinView::clipToParent() {
     KestrinCustomView::clipToParent(shared());
     if (const auto cv = held(m_CV))
         cv->clipToParent();
+    if (const auto triggers = triggerOverlay())
+        triggers->clipToParent();
     if (const auto web = held(m_WebView))
         web->clipToParent();
     if (sdkLoadingView)

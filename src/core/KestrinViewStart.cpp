@@ -7,6 +7,7 @@
 #include "services/util/Format.h"
 #include "services/util/MainThread.h"
 #include "tracking/CVManager.h"
+#include "tracking/KestrinTriggerList.h"
 #include "ui/ErrorPreviewView.h"
 
 #include <utility>
@@ -32,14 +33,29 @@ void KestrinView::startWithCallback(std::function<void()> failed) {
                   failed);
         return;
     }
+    waitFor(StartDelay::server);
     KestrinFeatureFlags::getInstance()->syncCallback([weakly = weak(), failed = std::move(failed)] {
         if (const auto self = weakly.lock())
-            self->askForCamera(failed);
+            self->loadTriggers(failed);
     });
 }
 
-void KestrinView::askForCamera(const std::function<void()>& failed) {
+void KestrinView::loadTriggers(const std::function<void()>& failed) {
     log("KestrinView - start - Synced Feature Flags, Init subsystems.");
+    const auto triggers = KestrinTriggerList::getInstance();
+    triggers->resync();
+    if (KestrinTriggerList::wantsToSupport() && !KestrinCVSession::isMarkerARSupported()) {
+        failStart("Uh Oh!",
+                  "Sorry, this device needs to update its iOS software. We are unable to launch the app.",
+                  failed);
+        return;
+    }
+    triggers->loadFromAPIForARKit(m_Settings.getHostUrl(), m_Settings.getApplicationID());
+    askForCamera(failed);
+}
+
+void KestrinView::askForCamera(const std::function<void()>& failed) {
+    waitFor(StartDelay::cameraAccess);
     log("KestrinView - start - Asking camera access.");
     KestrinPermission::askCameraAccess(
         [weakly = weak()] {
@@ -69,6 +85,7 @@ void KestrinView::launch() {
     log("KestrinView - start - Launching WebView.");
     m_WebView->loadUrl(m_Settings.getTemplateUrl(), false);
     show();
+    waitFor(StartDelay::page);
 }
 
 void KestrinView::makeManager() {
@@ -79,6 +96,7 @@ void KestrinView::makeManager() {
 }
 
 void KestrinView::failStart(const char* title, const char* body, const std::function<void()>& failed) {
+    waitFor(std::nullopt);
     errorPreviewView->setTitle(title, body);
     errorPreviewView->show();
     if (failed)

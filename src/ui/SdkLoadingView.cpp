@@ -15,6 +15,10 @@ void SdkLoadingView::customInit() {
     const auto content = loadContent("SdkLoading");
     _mainView = content.root;
     _loadingSpinner = content.part<platform::Spinner>("loadingSpinner");
+    const auto message = content.part<platform::Label>("message");
+    _message = message;
+    if (message)
+        message->setHidden(true);
     const auto background = content.part<platform::ImageView>("backgroundImage");
     _backgroundImage = background;
     if (background)
@@ -30,6 +34,15 @@ void SdkLoadingView::setBGImage(const platform::Image& image) {
     }
     if (const auto spinner = _loadingSpinner.lock())
         spinner->setColor(platform::kWhite);
+}
+
+void SdkLoadingView::setMessage(const std::string& message) {
+    if (divertToMain([self = shared(*this), message] { self->setMessage(message); }))
+        return;
+    if (const auto label = _message.lock()) {
+        label->setText(message);
+        label->setHidden(message.empty());
+    }
 }
 
 } // namespace kestrin

@@ -12,6 +12,8 @@ class SdkLoadingView : public KestrinCustomView {
 
     /// Shows the picture behind a white spinner; an absent one does nothing.
     void setBGImage(const platform::Image& image);
+    /// A line below the spinner; empty takes it away.
+    void setMessage(const std::string& message);
     /// Progress is accepted and not drawn.
     void setProgress(float) {}
     void reset() { setProgress(0.0F); }
@@ -21,6 +23,7 @@ class SdkLoadingView : public KestrinCustomView {
 
     std::weak_ptr<platform::ImageView> _backgroundImage;
     std::weak_ptr<platform::Spinner> _loadingSpinner;
+    std::weak_ptr<platform::Label> _message;
     std::shared_ptr<platform::View> _mainView;
 };
 

@@ -57,6 +57,13 @@ TEST_F(Forwarding, KeepsLockedTriggers) {
     EXPECT_TRUE(takeScripts().empty());
     view->onTriggerClear();
     expectScript("onTriggerClear();");
+    const auto runs = session().runs().size();
+    post("onForceLoseTracking");
+    ASSERT_EQ(session().runs().size(), runs + 1);
+    EXPECT_EQ(session().runs().back().options, kRemoveExistingAnchors) << "what was found is given up";
+    KestrinFeatureFlags::getInstance()->clear();
+    post("onForceLoseTracking");
+    EXPECT_EQ(session().runs().size(), runs + 1);
 }
 
 TEST_F(Forwarding, WordsTheTrackingState) {

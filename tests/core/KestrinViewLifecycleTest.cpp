@@ -1,11 +1,43 @@
 #include "KestrinViewTest.h"
 
+#include <functional>
+#include <iterator>
+#include <optional>
+#include <tuple>
+
 namespace kestrin {
 
 using namespace platform;
 using namespace test;
 
-using Lifecycle = KestrinViewTest;
+struct Lifecycle : KestrinViewTest {
+    /// The labels of a layer that can be seen.
+    static Lines textsOf(const View& layer) {
+        Lines texts;
+        for (const auto& part : layer.subviews()) {
+            if (const auto label = std::dynamic_pointer_cast<Label>(part); label && !label->isHidden())
+                texts.push_back(label->text());
+            std::ranges::copy(textsOf(*part), std::back_inserter(texts));
+        }
+        return texts;
+    }
+    Lines errorTexts() const { return textsOf(*view->subviews().back()); }
+};
+
+TEST_F(Lifecycle, IsBuiltOnTheEmptyHierarchy) {
+    Lines lines{"KestrinView - resize - w=750.000000 h=1334.000000",
+                "Kestrin - Kestrin View - Re-Clipping child views."};
+    const auto missAll = [&](const std::string& operation, const std::string& does) {
+        lines.push_back(format("KestrinView - %@ - %@", operation, does));
+        for (const char* layer : {"AR", "UI", "Load", "Error"})
+            lines.push_back(format("KestrinView - %@ - %@ View not initialised. Expect wrong visual results.",
+                                   operation, layer));
+    };
+    missAll("hide", "Removing view hierarchy from display.");
+    missAll("show", "Placing view hierarchy for display.");
+    EXPECT_EQ(takeLog(), lines);
+    EXPECT_EQ(view->subviews().size(), 3U) << "the overlays";
+}
 
 TEST_F(Lifecycle, StartsInOrder) {
     takeLog();
@@ -21,6 +53,8 @@ TEST_F(Lifecycle, StartsInOrder) {
     runMain();
     const Lines lines = takeLog();
     const Lines steps{"KestrinView - start - Synced Feature Flags, Init subsystems.",
+                      "KestrinTriggerList - Skipping Marker Loading since nativetriggers Feature Flag is "
+                      "not set.",
                       "KestrinView - start - Asking camera access.",
                       "KestrinView - start - Camera access granted, proceeding.",
                       "ARKitMarkerlessProcessor - Setup ARKit Started.",
@@ -32,9 +66,12 @@ TEST_F(Lifecycle, StartsInOrder) {
         at = std::find(at, lines.end(), step);
         ASSERT_NE(at, lines.end()) << step;
     }
-    ASSERT_EQ(view->subviews().size(), 4U);
+    ASSERT_EQ(view->subviews().size(), 5U);
     EXPECT_EQ(view->subviews()[0], view->getCameraView());
-    EXPECT_EQ(view->subviews()[1], view->getContentView());
+    EXPECT_EQ(view->subviews()[2], view->getContentView());
+    setup();
+    EXPECT_EQ(takeLog().back(), "KestrinView - registerCallbacks - Events already added for this instance. "
+                                "Continuing happily.");
 }
 
 TEST_F(Lifecycle, IsUsableAgainAfterDestroy) {
@@ -54,11 +91,7 @@ TEST_F(Lifecycle, IsUsableAgainAfterDestroy) {
 
 TEST_F(Lifecycle, SaysWhyItCannotStart) {
     const auto says = [&](const std::string& text) {
-        const auto panel = view->subviews().back()->subviews().at(0);
-        return std::ranges::any_of(panel->subviews(), [&](const auto& child) {
-            const auto label = std::dynamic_pointer_cast<Label>(child);
-            return label && label->text() == text;
-        });
+        return std::ranges::count(errorTexts(), text) == 1 && !view->subviews().back()->isHidden();
     };
     int failures = 0;
     system->worldTracking.supported = false;
@@ -77,6 +110,61 @@ TEST_F(Lifecycle, SaysWhyItCannotStart) {
     EXPECT_EQ(failures, 2);
     EXPECT_TRUE(says("We don’t have access to your camera and need this to make Augmented Reality function. "
                      "You can grant access in Settings."));
+    system->level = 11.2; // before image triggers
+    answerFlags("shop.example", "A1", R"([\"nativetriggers\", \"snap\"])");
+    setup();
+    view->startWithCallback([&] { ++failures; });
+    EXPECT_FALSE(says("Uh Oh!"));
+    runMain();
+    EXPECT_EQ(failures, 3);
+    EXPECT_TRUE(says("Sorry, this device needs to update its iOS software. We are unable to launch the "
+                     "app."));
+}
+
+TEST_F(Lifecycle, SaysWhatAStartWaitsFor) {
+    using Delay = KestrinView::StartDelay;
+    std::vector<std::optional<Delay>> told;
+    view->onStartDelayed([&](const auto& delay) { told.push_back(delay); });
+    const auto loading = [&] { return textsOf(*view->subviews()[view->subviews().size() - 2]); };
+    const auto expectDelay = [&](std::optional<Delay> delay, const Lines& texts) {
+        ASSERT_FALSE(told.empty());
+        EXPECT_EQ(told.back(), delay);
+        EXPECT_EQ(loading(), texts);
+    };
+    setup();
+    system->queues.drop(); // the answer does not come
+    view->start();
+    advance(7.9);
+    EXPECT_TRUE(told.empty());
+    EXPECT_TRUE(loading().empty());
+    advance(0.2);
+    expectDelay(Delay::server, {"Still waiting for shop.example to answer."});
+    system->server.answer(flagsAddress("shop.example", "A1"), "");
+    setup();
+    advance(8);
+    expectDelay(Delay::unreachableServer, {"No answer from shop.example. Please check the internet "
+                                           "connection and start again."});
+    answerFlags("shop.example", "A1", "[]");
+    system->person.status = Authorization::notDetermined;
+    setup();
+    runMain();
+    expectDelay(std::nullopt, {});
+    advance(8);
+    expectDelay(Delay::cameraAccess, {"Waiting for your permission to use the camera."});
+    system->person.answerCamera(true);
+    runMain();
+    expectDelay(std::nullopt, {});
+    advance(8);
+    expectDelay(Delay::page, {"Still loading the experience from shop.example."});
+    post("onWebGLReady");
+    advance(20);
+    expectDelay(std::nullopt, {});
+    EXPECT_EQ(told.size(), 7U) << "each once";
+    view->start();
+    runMain();
+    view->destroy();
+    advance(20);
+    EXPECT_EQ(told.size(), 7U) << "nothing waits after destroy";
 }
 
 TEST_F(Lifecycle, PausesAndResumesForTheHost) {
@@ -124,11 +212,52 @@ TEST_F(Lifecycle, LosesAShowWhileAHideFades) {
 
 TEST_F(Lifecycle, DivertsToMain) {
     startUp();
-    offMain([&] { view->resize(10.5, 20); });
-    EXPECT_TRUE(takeLog().empty());
+    const auto firstLines = [&](const std::function<void()>& operation) {
+        offMain(operation);
+        EXPECT_TRUE(takeLog().empty());
+        runMain();
+        auto lines = takeLog();
+        lines.resize(2);
+        return lines;
+    };
+    const auto diverted = [](const char* operation) {
+        return format("KestrinView - %@ - Diverting call to main thread. Expect delayed results.", operation);
+    };
+    const std::tuple<const char*, std::function<void()>, const char*> cases[] = {
+        {"setup", [&] { setup(); }, "KestrinView - setup - Running Initial engine setup."},
+        {"start", [&] { view->start(); }, "KestrinView - start - Loading primary UI view."},
+        {"hide", [&] { view->hide(); }, "KestrinView - hide - Removing view hierarchy from display."},
+        {"show", [&] { view->show(); }, "KestrinView - show - Placing view hierarchy for display."},
+        {"resize", [&] { view->resize(10.5, 20); }, "KestrinView - resize - w=10.500000 h=20.000000"},
+        {"resizeToScreenSize", [&] { view->resizeToScreenSize(); },
+         "KestrinView - resize - w=750.000000 h=1334.000000"},
+        {"resizeToScreenSize", [&] { view->resizeToScreenSizeUnscaled(); },
+         "KestrinView - resize - w=750.000000 h=1334.000000"},
+        {"destroy", [&] { view->destroy(); },
+         "KestrinView - destroy - Performing instance destruction. Run setup() again to continue re-using "
+         "this instance."},
+    };
+    for (const auto& [name, operation, line] : cases)
+        EXPECT_EQ(firstLines(operation), (Lines{diverted(name), line}));
+    view->resizeToScreenSizeUnscaled();
+    EXPECT_EQ(takeLog()[0], "KestrinView - resize - w=375.000000 h=667.000000");
+
+    const auto parent = makeView<View>();
+    offMain([&] {
+        view->addToParentView(parent);
+        view->addToParentView(nullptr);
+        view->clipToParent();
+    });
+    EXPECT_EQ(view->superview(), nullptr);
     runMain();
-    EXPECT_EQ(logged("KestrinView - resize - Diverting call to main thread. Expect delayed results."), 1);
-    EXPECT_GE(logged("KestrinView - resize - w=10.500000 h=20.000000"), 1);
+    EXPECT_EQ(view->superview(), parent);
+    EXPECT_EQ(view->frame(), Rect()) << "the parent's";
+    offMain([&] { view->removeFromParentView(); });
+    runMain();
+    EXPECT_EQ(view->superview(), nullptr);
+    EXPECT_EQ(takeLog(),
+              (Lines{"Kestrin::Content View::addToSubview::Cannot add since view argument is NULL.",
+                     "Kestrin - Kestrin View - Re-Clipping child views."}));
 }
 
 TEST_F(Lifecycle, SettlesTheFirstShow) {

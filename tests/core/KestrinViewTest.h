@@ -3,7 +3,6 @@
 #include "core/KestrinView.h"
 #include "services/util/Base64.h"
 #include "services/util/Format.h"
-#include "services/util/Singleton.h"
 #include "support/FakePlatform.h"
 
 #include <algorithm>
@@ -19,10 +18,10 @@ using Lines = std::vector<std::string>;
 /// A host view, its page and its session.
 struct KestrinViewTest : PlatformTest {
     KestrinViewTest() {
-        resetSingletons();
         system->files.resources["KestrinCache/Features/feature_flags.json"] = "[]";
         answerFlags("shop.example", "A1", R"([\"one\"])");
         KestrinView::isPhotoAccessMinimize = false;
+        view = KestrinView::init();
     }
 
     static KestrinSettings settingsFor(const std::string& host, const std::string& application) {
@@ -32,10 +31,13 @@ struct KestrinViewTest : PlatformTest {
             format(R"([{"eventName":"sdkloadapplication","data":{"appID":"%@"}}])", application));
         return settings;
     }
+    static std::string flagsAddress(const std::string& host, const std::string& application) {
+        return format("https://%@/api/v2/application/%@"
+                      "?prune[relationships]=file,scene,page,collection,applicationbuild",
+                      host, application);
+    }
     void answerFlags(const std::string& host, const std::string& application, const std::string& list) {
-        system->server.answer(format("https://%@/api/v2/application/%@"
-                                     "?prune[relationships]=file,scene,page,collection,applicationbuild",
-                                     host, application),
+        system->server.answer(flagsAddress(host, application),
                               format(R"({"data":{"attributes":{"feature_flags":"%@"}}})", list));
     }
 
@@ -60,7 +62,7 @@ struct KestrinViewTest : PlatformTest {
     void notify(const char* name) { system->app.center.post(name); }
     std::ptrdiff_t logged(std::string_view line) { return system->logSink.count(line); }
 
-    std::shared_ptr<KestrinView> view = KestrinView::init();
+    std::shared_ptr<KestrinView> view;
 };
 
 inline std::string call(std::string_view what) { return "window.__KRJ_Native_IN." + std::string(what); }

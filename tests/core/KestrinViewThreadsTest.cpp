@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <functional>
+#include <random>
 #include <thread>
 
 namespace kestrin {
@@ -27,13 +28,24 @@ void sendAll(FakeArSession& session, int step) {
     session.remove({plane});
 }
 
-void operate(KestrinView& view, int step, const KestrinSettings& settings) {
+void operate(KestrinView& view, unsigned random, const KestrinSettings& settings,
+             const std::shared_ptr<View>& parent) {
     const std::function<void()> operations[] = {
-        [&] { view.pause(); }, [&] { view.resume(); },  [&] { view.resize(step % 500, 300); },
-        [&] { view.hide(); },  [&] { view.show(); },    [&] { view.setup(settings); },
-        [&] { view.start(); }, [&] { view.destroy(); },
+        [&] { view.pause(); },
+        [&] { view.resume(); },
+        [&] { view.hide(); },
+        [&] { view.show(); },
+        [&] { view.setup(settings); },
+        [&] { view.start(); },
+        [&] { view.destroy(); },
+        [&] { view.resize(random % 500, 300); },
+        [&] { view.resizeToScreenSize(); },
+        [&] { view.resizeToScreenSizeUnscaled(); },
+        [&] { view.addToParentView(parent); },
+        [&] { view.removeFromParentView(); },
+        [&] { view.clipToParent(); },
     };
-    operations[step % std::size(operations)]();
+    operations[random % std::size(operations)]();
 }
 
 } // namespace
@@ -59,9 +71,15 @@ TEST_F(Threads, WorkTogether) {
         });
     };
     repeat([&](int step) { sendAll(source, step); });
-    repeat([&](int) { peer.draw(); });
-    for (const int stride : {3, 5}) // each meets the operations in an order of its own
-        repeat([&, stride](int step) { operate(*view, step * stride, settingsFor("shop.example", "A1")); });
+    repeat([&](int step) {
+        if (step % 10 == 0) // a drawing waits for the page and sleeps
+            peer.draw();
+    });
+    const auto parent = makeView<View>();
+    for (const unsigned seed : {3, 5})
+        repeat([&, random = std::minstd_rand(seed)](int) mutable {
+            operate(*view, random(), settingsFor("shop.example", "A1"), parent);
+        });
     for (int round = 0; running > 0; ++round) {
         view->toolkitResized({200.0 + round % 7, 300});
         page().post("kestrin", base64Encode(R"({"eventName":"onResumeAREngine"})"));

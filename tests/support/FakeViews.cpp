@@ -24,8 +24,10 @@ std::shared_ptr<View> makePart(FakeViewToolkit::Part part) {
 } // namespace
 
 FakeViewToolkit::FakeViewToolkit() {
-    interfaces["SdkLoading"] = {
-        {"mainView", Part::view}, {"backgroundImage", Part::image}, {"loadingSpinner", Part::spinner}};
+    interfaces["SdkLoading"] = {{"mainView", Part::view},
+                                {"backgroundImage", Part::image},
+                                {"loadingSpinner", Part::spinner},
+                                {"message", Part::label}};
     interfaces["ErrorPreview"] = {{"mainView", Part::view},
                                   {"title", Part::label},
                                   {"backgroundView", Part::view},

@@ -35,6 +35,8 @@ class KestrinFeatureFlags : public std::enable_shared_from_this<KestrinFeatureFl
 
     /// Drops all flags and asks the server, an origin, for those of the application. Thread: main.
     void sync(const std::string& serverUrl, const std::optional<std::string>& applicationID);
+    /// Whether a sync has ended, well or not, since the last began. Thread: any.
+    bool synced() const { return m_synced; }
     /// Calls `callback` on main once a sync has succeeded; the newest waiter only. After a failed sync a
     /// waiter stays waiting, and a later call is answered at once. Thread: any.
     void syncCallback(SyncCallback callback);
