@@ -264,6 +264,11 @@ NavigationPolicy KestrinWebView::decideNavigationResponse(const std::string&) {
     return NavigationPolicy::allow;
 }
 
+void KestrinWebView::webContentProcessDidTerminate() {
+    if (m_pageLost)
+        m_pageLost();
+}
+
 void KestrinWebView::didRequestFile() { log("FILE UPLOAD!"); }
 
 bool KestrinWebView::acceptServerTrust(const std::string&) {

@@ -4,6 +4,7 @@
 #include "platform/WebView.h"
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -59,6 +60,10 @@ class KestrinWebView : public platform::ScriptMessageHandler,
     /// Null when there is none, or when it is gone.
     std::shared_ptr<WebEventDelegate> delegate() const;
 
+    /// `callback` hears when the page's process has ended by itself; the page is gone then until an address
+    /// is loaded. Thread: main, as the callback's.
+    void onPageLost(std::function<void()> callback) { m_pageLost = std::move(callback); }
+
     /// The page's history is never stepped from here: these do nothing.
     void goBack() {}
     void goForward() {}
@@ -68,6 +73,7 @@ class KestrinWebView : public platform::ScriptMessageHandler,
     platform::NavigationPolicy decideNavigationAction(const platform::NavigationAction& action,
                                                       platform::ContentMode& mode) override;
     platform::NavigationPolicy decideNavigationResponse(const std::string& url) override;
+    void webContentProcessDidTerminate() override;
     void didRequestFile() override;
     bool acceptServerTrust(const std::string& host) override;
 
@@ -89,6 +95,7 @@ class KestrinWebView : public platform::ScriptMessageHandler,
     std::shared_ptr<FullScreenWKWebView> _webView;
     std::size_t m_waitingBytes = 0;
     bool m_isDropping = false;
+    std::function<void()> m_pageLost;
 };
 
 } // namespace kestrin

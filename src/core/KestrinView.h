@@ -163,6 +163,7 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     void askForCamera(const std::function<void()>& failed);
     void launch();
     void makeManager();
+    void recoverPage();
     void failStart(const char* title, const char* body, const std::function<void()>& failed);
     void waitFor(std::optional<StartDelay> what);
     void reportWait();
@@ -201,6 +202,7 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     std::shared_ptr<SdkLoadingView> sdkLoadingView;
     std::shared_ptr<ErrorPreviewView> errorPreviewView;
     std::optional<std::string> change_from, change_into; ///< application ids of the last change
+    std::optional<double> m_pageLostAt;                  ///< when; on the dispatch's clock
     std::optional<StartDelay> m_waitsFor;                ///< what a start waits for
     std::optional<StartDelay> m_delay;                   ///< what has been told to take too long
     std::unique_ptr<platform::RepeatingTimer> m_patience;

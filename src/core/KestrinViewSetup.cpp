@@ -48,8 +48,13 @@ void KestrinView::setup(const std::optional<KestrinSettings>& settings) {
     sdkLoadingView->setBGImage(m_Settings.getLoadingBackgroundImage());
     sdkLoadingView->show();
     syncFeatureFlags();
-    if (!m_WebView)
+    if (!m_WebView) {
         hold(m_WebView, std::make_shared<KestrinWebView>());
+        m_WebView->onPageLost([weakly = weak()] {
+            if (const auto self = weakly.lock())
+                self->recoverPage();
+        });
+    }
     if (!m_EventController)
         hold(m_EventController, KestrinWebEventController::initWithMain(m_WebView));
     if (!m_JsonStack)

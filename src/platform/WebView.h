@@ -26,13 +26,15 @@ struct NavigationAction {
     bool inOwnWebView = true; ///< false when the page asks for another window
 };
 
-/// Decides about navigation. Thread: main.
+/// Decides about navigation, and hears when the page is lost. Thread: main.
 class NavigationDelegate : public AuthenticationDelegate {
   public:
     virtual NavigationPolicy decideNavigationAction(const NavigationAction& action) = 0;
     /// Asked instead of the other by systems that offer preferences.
     virtual NavigationPolicy decideNavigationAction(const NavigationAction& action, ContentMode& mode) = 0;
     virtual NavigationPolicy decideNavigationResponse(const std::string& url) = 0;
+    /// The page's process has ended by itself; the view stays empty until something is loaded.
+    virtual void webContentProcessDidTerminate() = 0;
 };
 
 /// What the page asks the application's interface for. Thread: main.

@@ -180,6 +180,33 @@ TEST_F(Lifecycle, LosesAShowWhileAHideFades) {
     EXPECT_TRUE(content->isHidden());
 }
 
+TEST_F(Lifecycle, LoadsALostPageAgainUnlessItIsLostAtOnceAgain) {
+    startUp();
+    const auto lose = [&] {
+        const auto before = page().loads.size();
+        page().navigation.lock()->webContentProcessDidTerminate();
+        runMain();
+        return page().loads.size() - before;
+    };
+    const auto error = view->subviews().back();
+    EXPECT_EQ(lose(), 1U);
+    EXPECT_EQ(page().loads.back().url, "https://shop.example/template/index.html");
+    EXPECT_EQ(logged("KestrinView - recoverPage - The page's process has ended. Loading the page again."), 1);
+    EXPECT_FALSE(view->subviews()[3]->isHidden()) << "loading";
+    advance(10.1);
+    EXPECT_EQ(lose(), 1U);
+    advance(9.9);
+    EXPECT_TRUE(error->isHidden());
+    EXPECT_EQ(lose(), 0U);
+    EXPECT_FALSE(error->isHidden());
+    view->start();
+    runMain();
+    EXPECT_TRUE(error->isHidden()) << "a start is a new beginning";
+    advance(10.1);
+    view->destroy();
+    EXPECT_EQ(lose(), 0U);
+}
+
 TEST_F(Lifecycle, DivertsToMain) {
     startUp();
     offMain([&] { view->resize(10.5, 20); });

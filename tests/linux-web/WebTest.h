@@ -45,6 +45,7 @@ class Page : public platform::ScriptMessageHandler, public platform::NavigationD
     platform::NavigationPolicy decideNavigationResponse(const std::string& url) override {
         return note("response " + url);
     }
+    void webContentProcessDidTerminate() override { note("lost"); }
     bool acceptServerTrust(const std::string& host) override {
         note("trust " + host);
         return acceptsServers;

@@ -1,5 +1,8 @@
 #include "linux/web/Navigation.h"
 
+#include <string>
+#include <utility>
+
 namespace kestrin::gtk {
 
 using platform::NavigationPolicy;
@@ -8,12 +11,17 @@ namespace {
 constexpr double kLevelWithPreferences = 13;
 }
 
-Navigation::Navigation(WebKitWebView* view, double featureLevel)
-    : m_offersPreferences(featureLevel >= kLevelWithPreferences),
+Navigation::Navigation(WebKitWebView* view, double featureLevel, std::shared_ptr<platform::LogSink> log)
+    : m_offersPreferences(featureLevel >= kLevelWithPreferences), m_log(std::move(log)),
       m_decide(view, "decide-policy",
                G_CALLBACK(+[](WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
                               Navigation* self) -> gboolean { return self->decide(decision, type); }),
-               this) {}
+               this),
+      m_end(view, "web-process-terminated",
+            G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason reason, Navigation* self) {
+                self->reportEnd(reason);
+            }),
+            this) {}
 
 bool Navigation::decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) const {
     const NavigationPolicy policy = type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE
@@ -48,6 +56,17 @@ NavigationPolicy Navigation::ask(WebKitResponsePolicyDecision* decision) const {
     // What it cannot show WebKit would show as text, in place of the page.
     return webkit_response_policy_decision_is_mime_type_supported(decision) ? policy
                                                                             : NavigationPolicy::cancel;
+}
+
+void Navigation::reportEnd(WebKitWebProcessTerminationReason reason) const {
+    const char* why = "it crashed";
+    if (reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT)
+        why = "it needed too much memory";
+    else if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API)
+        why = "the application ended it";
+    m_log->write(std::string("Kestrin - WebKitPeer - The web process has ended: ") + why);
+    if (const auto delegate = m_delegate.lock())
+        delegate->webContentProcessDidTerminate();
 }
 
 } // namespace kestrin::gtk

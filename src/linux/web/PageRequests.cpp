@@ -1,6 +1,5 @@
 #include "linux/web/PageRequests.h"
 
-#include <string>
 #include <utility>
 
 namespace kestrin::gtk {
@@ -25,9 +24,7 @@ gboolean denyPermission(WebKitWebView*, WebKitPermissionRequest* request, PageRe
 
 } // namespace
 
-PageRequests::PageRequests(WebKitWebView* view, std::shared_ptr<platform::LogSink> log,
-                           bool offersContextMenu)
-    : m_log(std::move(log)) {
+PageRequests::PageRequests(WebKitWebView* view, bool offersContextMenu) {
     answer(view, "script-dialog", closeDialog);
     answer(view, "permission-request", denyPermission);
     answer(
@@ -43,11 +40,6 @@ PageRequests::PageRequests(WebKitWebView* view, std::shared_ptr<platform::LogSin
             self->keepFileRequest(request);
             return kHandled;
         });
-    answer(
-        view, "web-process-terminated",
-        +[](WebKitWebView*, WebKitWebProcessTerminationReason reason, PageRequests* self) {
-            self->reportEnd(reason);
-        });
 }
 
 template <class Callback>
@@ -59,15 +51,6 @@ void PageRequests::keepFileRequest(WebKitFileChooserRequest* request) {
     m_pendingFiles.push_back(GRef<WebKitFileChooserRequest>::ref(request));
     if (const auto delegate = m_delegate.lock())
         delegate->didRequestFile();
-}
-
-void PageRequests::reportEnd(WebKitWebProcessTerminationReason reason) {
-    const char* why = "it crashed";
-    if (reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT)
-        why = "it needed too much memory";
-    else if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API)
-        why = "the application ended it";
-    m_log->write(std::string("Kestrin - WebKitPeer - The web process has ended: ") + why);
 }
 
 } // namespace kestrin::gtk

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "linux/toolkit/SignalHandler.h"
-#include "platform/Log.h"
 #include "platform/WebView.h"
 
 #include <webkit/webkit.h>
@@ -15,7 +14,7 @@ namespace kestrin::gtk {
 /// main.
 class PageRequests {
   public:
-    PageRequests(WebKitWebView* view, std::shared_ptr<platform::LogSink> log, bool offersContextMenu);
+    PageRequests(WebKitWebView* view, bool offersContextMenu);
 
     void setDelegate(std::weak_ptr<platform::WebUiDelegate> delegate) { m_delegate = std::move(delegate); }
 
@@ -23,9 +22,7 @@ class PageRequests {
     template <class Callback>
     void answer(WebKitWebView* view, const char* signal, Callback callback);
     void keepFileRequest(WebKitFileChooserRequest* request);
-    void reportEnd(WebKitWebProcessTerminationReason reason);
 
-    const std::shared_ptr<platform::LogSink> m_log;
     std::weak_ptr<platform::WebUiDelegate> m_delegate;
     /// A request that is let go counts as cancelled.
     std::vector<GRef<WebKitFileChooserRequest>> m_pendingFiles;

@@ -21,8 +21,8 @@ WebKitPeer::WebKitPeer(platform::View& view, const platform::WebViewConfiguratio
                        const std::shared_ptr<platform::LogSink>& log)
     : WidgetPeer(&view), m_messages(configuration.scriptMessageHandlers),
       m_webView(newWebView(configuration, session, related, m_messages.manager())),
-      m_load(m_webView.get(), log), m_navigation(m_webView.get(), featureLevel),
-      m_requests(m_webView.get(), log, configuration.developerExtras) {
+      m_load(m_webView.get(), log), m_navigation(m_webView.get(), featureLevel, log),
+      m_requests(m_webView.get(), configuration.developerExtras) {
     box().setHiding(Hiding::transparent);
     const GdkRGBA clear{0, 0, 0, 0};
     webkit_web_view_set_background_color(m_webView.get(), &clear);
