@@ -2,7 +2,6 @@
 
 #include "session/FileBytes.h"
 #include "session/recording/DecodeAhead.h"
-#include "session/recording/PictureCopy.h"
 #include "session/recording/RecordingIndex.h"
 #include "session/recording/RecordingLimits.h"
 
@@ -82,9 +81,8 @@ bool RecordingReader::picture(std::size_t index, Nv12Buffer& picture) {
     if (index >= size() || picture.width() != camera.width || picture.height() != camera.height)
         return false;
     if (!m_state->decoder)
-        m_state->decoder.emplace(std::move(m_state->video));
-    const VideoReader::Decoded decoded = m_state->decoder->take(index);
-    return decoded.buffer && fromVideo(decoded.buffer.get(), decoded.format, picture);
+        m_state->decoder.emplace(std::move(m_state->video), camera.width, camera.height);
+    return m_state->decoder->take(index, picture);
 }
 
 } // namespace kestrin::session

@@ -35,6 +35,7 @@ class RecordingReader {
     const std::optional<RecordingError>& damage() const;
 
     /// Decodes the picture of a frame into a buffer of the recording's size; false when it cannot be had.
+    /// The buffer may have other memory afterwards.
     /// One after the other is fast; going elsewhere starts the video afresh.
     bool picture(std::size_t index, Nv12Buffer& picture);
 

@@ -1,5 +1,7 @@
 #include "session/recording/VideoReader.h"
 
+#include "session/recording/PictureCopy.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -54,19 +56,20 @@ std::string VideoReader::start() {
           << ",codec_data=(buffer)" << std::hex << std::setfill('0');
     for (const unsigned byte : m_index.codecData)
         coded << std::setw(2) << byte;
-    const auto format = [this](GstCaps* decoded) { gst_video_info_from_caps(&m_decoded.format, decoded); };
-    const auto keep = [this](GstBuffer* buffer) {
-        m_decoded.buffer.reset(gst_buffer_ref(buffer), gst_buffer_unref);
-        return true;
+    const auto format = [this](GstCaps* decoded) { gst_video_info_from_caps(&m_format, decoded); };
+    const auto fill = [this](GstBuffer* buffer) {
+        m_isFilled = m_picture && fromVideo(buffer, m_format, *m_picture);
+        return m_isFilled;
     };
     std::string missing;
     m_chain =
-        ElementChain::make({{"avdec_huffyuv", {{"max-threads", "1"}}}}, coded.str(), {format, keep}, missing);
+        ElementChain::make({{"avdec_huffyuv", {{"max-threads", "1"}}}}, coded.str(), {format, fill}, missing);
     return missing;
 }
 
-VideoReader::Decoded VideoReader::decode(std::size_t index) {
-    m_decoded.buffer.reset();
+bool VideoReader::decode(std::size_t index, Nv12Buffer& picture) {
+    m_picture = &picture;
+    m_isFilled = false;
     const VideoIndex::Packet packet = m_index.packets[index];
     GstBuffer* buffer = gst_buffer_new_allocate(nullptr, packet.size, nullptr);
     GstMapInfo bytes;
@@ -78,7 +81,8 @@ VideoReader::Decoded VideoReader::decode(std::size_t index) {
         m_chain->push(buffer);
     else
         gst_buffer_unref(buffer);
-    return m_decoded;
+    m_picture = nullptr;
+    return m_isFilled;
 }
 
 } // namespace kestrin::session

@@ -24,12 +24,8 @@ class VideoReader {
 
     std::size_t size() const { return m_index.packets.size(); }
 
-    /// A decoded picture.
-    struct Decoded {
-        std::shared_ptr<GstBuffer> buffer; ///< empty when it cannot be had
-        GstVideoInfo format;
-    };
-    Decoded decode(std::size_t index);
+    /// False when the picture cannot be had, which may then be anything.
+    bool decode(std::size_t index, Nv12Buffer& picture);
 
   private:
     explicit VideoReader(int file) : m_file(file) {}
@@ -38,7 +34,9 @@ class VideoReader {
 
     const int m_file;
     VideoIndex m_index;
-    Decoded m_decoded{};
+    GstVideoInfo m_format{};         ///< of what the decoder gives
+    Nv12Buffer* m_picture = nullptr; ///< to be filled
+    bool m_isFilled = false;
     GstClockTime m_time = 0; ///< the decoder wants one that goes up
     std::unique_ptr<ElementChain> m_chain;
 };

@@ -118,8 +118,8 @@ TEST_F(RecorderTest, AFullDiskIsOneLogLine) {
         while (session.frames() < 200)
             std::this_thread::yield();
     }
-    setrlimit(RLIMIT_FSIZE, &limit);
     recorder->finish();
+    setrlimit(RLIMIT_FSIZE, &limit);
     EXPECT_THAT(log,
                 ElementsAre("Kestrin - recording - " + (folder / "video.mkv").string() + ": File too large"));
     const auto reader = openRecording(folder);
