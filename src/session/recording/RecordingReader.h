@@ -36,7 +36,7 @@ class RecordingReader {
 
     /// Decodes the picture of a frame into a buffer of the recording's size; false when it cannot be had.
     /// The buffer may have other memory afterwards.
-    /// One after the other is fast; going elsewhere starts the video afresh.
+    /// Those that follow are decoded meanwhile; going elsewhere waits for the decoding.
     bool picture(std::size_t index, Nv12Buffer& picture);
 
   private:
