@@ -34,7 +34,7 @@ class ViewPeer {
     /// Points, in the parent's coordinates, origin top left.
     virtual void setFrame(const Rect& frame) = 0;
     virtual void setHidden(bool hidden) = 0;
-    /// In [0, 1]; at 0 the view takes no clicks.
+    /// In [0, 1]; below 1 the view takes no clicks, a page at 0 only.
     virtual void setOpacity(double opacity) = 0;
     virtual void setBackground(const Color& color) = 0;
     virtual void setBorder(const Border& border) = 0;

@@ -94,6 +94,8 @@ TEST_F(ViewTest, OpacityBlendsTheViewAsAWholeAndNothingIsClickedThatIsUnseen) {
     blue->setOpacity(0.5);
     EXPECT_PIXEL(pixel(90, 65), {255, 127, 127}); // nothing of the blue below it shines through
     EXPECT_PIXEL(pixel(90, 80), {127, 127, 255});
+    EXPECT_EQ(clicked(), gtk::widget(*root)); // which shines through
+    blue->setOpacity(1);
     EXPECT_EQ(clicked(), gtk::widget(*blue));
     blue->setOpacity(0);
     EXPECT_EQ(clicked(), gtk::widget(*root));

@@ -72,7 +72,9 @@ void WidgetBox::setOpacity(double opacity) {
 void WidgetBox::applyOpacity() {
     const bool transparent = m_hidden && m_hiding == Hiding::transparent;
     gtk_widget_set_opacity(widget(), transparent ? 0 : m_opacity);
-    gtk_widget_set_can_target(widget(), !m_hidden && m_opacity > 0);
+    // A click means what shines through a view that fades, unless that view is a page.
+    const bool takesClicks = m_hiding == Hiding::transparent ? m_opacity > 0 : m_opacity >= 1;
+    gtk_widget_set_can_target(widget(), !m_hidden && takesClicks);
 }
 
 void WidgetBox::setBackground(const platform::Color& color) {
