@@ -18,4 +18,4 @@ async function client() {
 }
 
 await rm('dist', { recursive: true, force: true });
-await Promise.all([client(), page('demo'), page('align')]);
+await Promise.all([client(), page('demo'), page('align'), page('witness')]);

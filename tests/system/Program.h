@@ -26,8 +26,8 @@ inline Outcome runProgram(std::string program, std::vector<std::string> argument
     char *out = nullptr, *err = nullptr;
     int status = 0;
     gtk::GFailure failure;
-    if (!g_spawn_sync(nullptr, raw.data(), nullptr, G_SPAWN_DEFAULT, nullptr, nullptr, &out, &err, &status,
-                      failure.out())) {
+    if (!g_spawn_sync(nullptr, raw.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, &out, &err,
+                      &status, failure.out())) {
         ADD_FAILURE() << failure.text();
         return {};
     }

@@ -6,6 +6,7 @@
 #include "linux/toolkit/Capture.h"
 #include "linux/toolkit/Widget.h"
 #include "services/util/Json.h"
+#include "session/SimulatedTracking.h"
 
 #include <boost/json/serialize.hpp>
 
@@ -13,6 +14,7 @@
 #include <chrono>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace kestrin::test {
 
@@ -34,28 +36,31 @@ std::string queryOf(const StageOptions& options) {
     return query;
 }
 
+std::shared_ptr<session::SourcedTracking> defaultTracking(const platform::InterfaceOrientation& orientation) {
+    session::SimulatedOptions simulation;
+    simulation.session.orientation = &orientation;
+    return std::make_shared<session::SimulatedTracking>(simulation);
+}
+
 } // namespace
 
-Stage::Stage(const StageOptions& options) : m_server(applicationOf(options)) {
+Stage::Stage(StageOptions options) : m_options(std::move(options)), m_server(applicationOf(m_options)) {
     if (const auto wrong = m_server.start())
         throw std::runtime_error(*wrong);
-    installPlatform(options);
-    open(options);
+    installPlatform();
+    open();
+    start();
 }
 
-Stage::~Stage() {
-    m_view->destroy();
-    gtk_window_destroy(m_window.get());
-    m_view.reset();
-    runFor(0.05);
-}
+Stage::~Stage() { close(); }
 
-void Stage::installPlatform(const StageOptions& options) {
+void Stage::installPlatform() {
     gtk::Options linux;
-    linux.orientation = options.orientation;
+    linux.orientation = m_options.orientation;
     linux.hostMap = gtk::HostMap::parse(m_server.hostMapEntry(content::Form::Direct));
     linux.worldTracking = [&](const platform::InterfaceOrientation& orientation) {
-        return m_tracking = options.tracking(orientation);
+        return m_tracking =
+                   m_options.tracking ? m_options.tracking(orientation) : defaultTracking(orientation);
     };
     auto platform = gtk::LinuxPlatform::make(linux);
     if (!platform)
@@ -63,24 +68,47 @@ void Stage::installPlatform(const StageOptions& options) {
     platform::installPlatform(platform);
 }
 
-void Stage::open(const StageOptions& options) {
+void Stage::open() {
     m_window = gtk::GRef<GtkWindow>::refSink(GTK_WINDOW(gtk_window_new()));
     gtk_window_set_decorated(m_window.get(), FALSE);
-    gtk_window_set_default_size(m_window.get(), options.width, options.height);
+    gtk_window_set_default_size(m_window.get(), m_options.width, m_options.height);
     m_view = KestrinCVSession::initKestrinView();
     gtk_window_set_child(m_window.get(), gtk::widget(*m_view));
+    gtk_window_present(m_window.get());
+}
 
+void Stage::close() {
+    m_view->destroy();
+    gtk_window_destroy(m_window.get());
+    m_view.reset();
+    runFor(0.05);
+}
+
+void Stage::start() {
     auto settings = KestrinSettings::initWithKeyString(m_server.keyString(content::Form::Direct));
-    settings.setTemplateUrl(settings.getTemplateUrl() + queryOf(options));
+    settings.setTemplateUrl(settings.getTemplateUrl() + queryOf(m_options));
     m_view->setup(settings);
     m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
                                      [this](const boost::json::object& event) {
                                          const auto* data = findMember(event, {"data"});
                                          if (data && data->is_object())
-                                             m_report = data->get_object();
+                                             keep(data->get_object());
                                      });
     m_view->start();
-    gtk_window_present(m_window.get());
+}
+
+void Stage::reopen() {
+    close();
+    open();
+    start();
+}
+
+void Stage::keep(const boost::json::object& report) {
+    m_report = report;
+    const auto* event = findMember(report, {"event"});
+    const auto* value = findMember(report, {"value"});
+    if (event && event->is_string())
+        m_told[std::string(event->get_string())].push_back(value ? *value : nullptr);
 }
 
 bool Stage::runUntil(const std::function<bool()>& done, double seconds) {

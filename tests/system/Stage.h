@@ -23,7 +23,8 @@ struct StageOptions {
     std::map<std::string, boost::json::value> query; ///< of the page's address
     int width = 640, height = 480;
     int orientation = 0;
-    /// Makes the world tracking for the platform's orientation.
+    /// Makes the world tracking for the platform's orientation; the default room at 30 frames a second when
+    /// empty.
     std::function<std::shared_ptr<session::SourcedTracking>(const platform::InterfaceOrientation&)> tracking;
     std::vector<std::string> featureFlags;
 };
@@ -32,8 +33,13 @@ struct StageOptions {
 /// server. One a process.
 class Stage {
   public:
-    explicit Stage(const StageOptions& options);
+    explicit Stage(StageOptions options);
     ~Stage();
+
+    /// Sets the view up and starts it; also again, once it was destroyed.
+    void start();
+    /// Closes the window and drops the view, and makes new ones.
+    void reopen();
 
     KestrinView& view() { return *m_view; }
     session::SourcedTracking& tracking() { return *m_tracking; }
@@ -46,19 +52,27 @@ class Stage {
     bool step();
     /// The "data" of the page's newest "onWebUpdate".
     const boost::json::object& report() const { return m_report; }
+    /// What the witness page was told by calls of this name, decoded, the oldest first; null for calls
+    /// without a value.
+    const std::vector<boost::json::value>& told(const std::string& event) { return m_told[event]; }
+    void forgetTold() { m_told.clear(); }
     /// What is seen of a view and all that is in it, in device pixels; absent after some seconds without a
     /// paint.
     platform::Image capture(platform::View& view);
 
   private:
-    void installPlatform(const StageOptions& options);
-    void open(const StageOptions& options);
+    void installPlatform();
+    void open();
+    void close();
+    void keep(const boost::json::object& report);
 
+    const StageOptions m_options;
     content::ContentServer m_server;
     std::shared_ptr<session::SourcedTracking> m_tracking;
     std::shared_ptr<KestrinView> m_view;
     gtk::GRef<GtkWindow> m_window;
     boost::json::object m_report;
+    std::map<std::string, std::vector<boost::json::value>> m_told;
 };
 
 /// The built pages of web/dist.

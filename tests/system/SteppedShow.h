@@ -20,6 +20,8 @@ class SteppedShow {
     /// The centres of the whole discs that the page has drawn, pixels of the window.
     std::vector<platform::Point> discs(const std::array<double, 3>& color, double radius) const;
 
+    Stage& stage() { return m_stage; }
+
   private:
     bool begin();
     double reportedTime() const;

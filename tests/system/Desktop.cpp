@@ -1,0 +1,61 @@
+#include "Desktop.h"
+
+#include "Program.h"
+
+#include <gdk/x11/gdkx.h>
+
+#include <csignal>
+#include <stdexcept>
+#include <thread>
+
+namespace kestrin::test {
+
+namespace {
+
+std::string idOf(GtkWindow* window) {
+    return std::to_string(gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(window))));
+}
+
+} // namespace
+
+WindowManager::WindowManager() {
+    std::string program = "openbox", file = "--config-file", none = "/dev/null";
+    char* arguments[] = {program.data(), file.data(), none.data(), nullptr};
+    constexpr auto kFlags =
+        GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
+    if (!g_spawn_async(nullptr, arguments, nullptr, kFlags, nullptr, nullptr, &m_process, nullptr))
+        throw std::runtime_error("openbox does not start");
+    for (int tries = 0; runProgram("xdotool", {"get_num_desktops"}).status != 0; ++tries) {
+        if (tries == 200)
+            throw std::runtime_error("openbox does not manage the display");
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+}
+
+WindowManager::~WindowManager() { kill(m_process, SIGTERM); }
+
+OtherWindow::OtherWindow() : m_display(XOpenDisplay(nullptr)) {
+    auto* display = static_cast<Display*>(m_display);
+    if (!display)
+        throw std::runtime_error("there is no display");
+    const Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 700, 500, 80, 60, 0, 0, 0);
+    XMapWindow(display, window);
+    XFlush(display);
+}
+
+OtherWindow::~OtherWindow() { XCloseDisplay(static_cast<Display*>(m_display)); }
+
+bool xdotool(const std::string& command, GtkWindow* window, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {command, idOf(window)});
+    const Outcome outcome = runProgram("xdotool", arguments);
+    EXPECT_EQ(outcome.status, 0) << command << ": " << outcome.err;
+    return outcome.status == 0;
+}
+
+bool clickAt(GtkWindow* window, int x, int y) {
+    return runProgram("xdotool", {"mousemove", "--window", idOf(window), std::to_string(x), std::to_string(y),
+                                  "click", "1"})
+               .status == 0;
+}
+
+} // namespace kestrin::test
