@@ -27,8 +27,8 @@ std::variant<Sequence, RecordingError> readSequence(DataSet kind, const std::fil
 using AfterFrame = std::function<void()>;
 
 /// Writes a recording of the pictures, straightened, with their poses; the first is at time 0. One that ends
-/// early holds what came before. Pictures are read and straightened on
-/// threads of their own while others are encoded. Thread: any; returns when it is done.
+/// early holds what came before. Pictures are read and straightened on threads of their own while others are
+/// encoded. Thread: any; returns when it is done.
 std::optional<RecordingError> writeRecording(const Sequence& sequence, const std::string& origin,
                                              const std::filesystem::path& recording,
                                              const AfterFrame& afterFrame);
