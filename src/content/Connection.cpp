@@ -1,5 +1,6 @@
 #include "content/Connection.h"
 
+#include <algorithm>
 #include <array>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -42,6 +43,18 @@ GPointer<GIOStream> encrypted(GSocket* socket, const ConnectionSetup& setup) {
         +[](gpointer count, GObject*) { --**std::unique_ptr<Count>(static_cast<Count*>(count)); },
         new Count(setup.streams));
     return stream;
+}
+
+// "GET /template/index.html?a=b 200": the address as it came, escapes included, fit for a terminal.
+std::string lineAbout(SoupServerMessage* message) {
+    GUri* const uri = soup_server_message_get_uri(message);
+    const char* const query = g_uri_get_query(uri);
+    std::string line = std::string(soup_server_message_get_method(message)) + " " + g_uri_get_path(uri) +
+                       (query ? std::string("?") + query : "") + " " +
+                       std::to_string(soup_server_message_get_status(message));
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return !g_ascii_isprint(c); }, '?');
+    return line;
 }
 
 } // namespace
@@ -116,7 +129,7 @@ void Connection::serve() {
         m_server.get(), nullptr,
         +[](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer data) {
             auto* const self = static_cast<Connection*>(data);
-            self->m_setup.handler.answer(message, [self] { self->reset(); });
+            self->m_setup.handler.get()->answer(message, [self] { self->reset(); });
         },
         this, nullptr);
     g_signal_connect(m_server.get(), "request-started",
@@ -125,8 +138,8 @@ void Connection::serve() {
                      }),
                      this);
     g_signal_connect(m_server.get(), "request-finished",
-                     G_CALLBACK(+[](SoupServer*, SoupServerMessage*, gpointer self) {
-                         static_cast<Connection*>(self)->requestFinished();
+                     G_CALLBACK(+[](SoupServer*, SoupServerMessage* message, gpointer self) {
+                         static_cast<Connection*>(self)->requestFinished(message);
                      }),
                      this);
     soup_server_accept_iostream(m_server.get(), m_stream.get(), local.get(), remote.get(), nullptr);
@@ -147,9 +160,11 @@ void Connection::requestStarted(SoupServerMessage* message) {
                      this);
 }
 
-void Connection::requestFinished() {
+void Connection::requestFinished(SoupServerMessage* message) {
     renewDeadline();
     m_isBetweenRequests = true;
+    if (m_setup.log)
+        m_setup.log(lineAbout(message));
 }
 
 void Connection::bodyReceived(std::size_t bytes) {

@@ -8,16 +8,19 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <libsoup/soup.h>
 #include <memory>
+#include <string_view>
 
 namespace kestrin::content {
 
 /// What a server's connections have in common.
 struct ConnectionSetup {
-    const RequestHandler& handler;
+    const CurrentHandler& handler;
     GPointer<GTlsCertificate> certificate;
     Limits limits;
+    std::function<void(std::string_view)> log;
     /// Encrypted streams that something still holds. Handshakes end on threads of GLib's, at times after
     /// their connection.
     std::shared_ptr<std::atomic<int>> streams = std::make_shared<std::atomic<int>>(0);
@@ -49,7 +52,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void handsShaken(bool isDone);
     void serve();
     void requestStarted(SoupServerMessage* message);
-    void requestFinished();
+    void requestFinished(SoupServerMessage* message);
     void bodyReceived(std::size_t bytes);
     void renewDeadline();
     /// What was written still reaches the client.

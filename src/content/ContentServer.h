@@ -17,7 +17,13 @@ class ServerRun;
 ///
 ///     GET /api/v2/application/ID            the application's record, feature flags included
 ///     GET /api/v2/application/ID/appkey     its key string, in the direct form
-///     GET /template/...                     the files of its page
+///     GET /api/v2/application/ID/triggerbundleios    its triggers, and where their pictures are
+///     GET /api/v2/application/ID/scene?filter[title]=TITLE    its scenes of that title, or all; `page`
+///     likewise GET /template/...                     the files of its page GET /picture/... the pictures of
+///     its triggers
+///
+/// The application is given, or described by an application folder; then it is read again as the folder
+/// changes. While the folder is broken the last good state is served.
 ///
 /// Which form to use. Settings keep the template's URL as it is, port included, but take only its host for
 /// look-ups, without the port: from "https://127.0.0.1:41234/template/index.html" they ask
@@ -30,7 +36,7 @@ class ServerRun;
 /// One thread at a time may call a server's operations.
 class ContentServer {
   public:
-    explicit ContentServer(Application application, ServerOptions options = {});
+    explicit ContentServer(ApplicationSource source, ServerOptions options = {});
     /// Stops.
     ~ContentServer();
     ContentServer(const ContentServer&) = delete;
@@ -54,7 +60,7 @@ class ContentServer {
     std::string hostMapEntry(Form form = Form::Mapped) const;
 
   private:
-    const Application m_application;
+    const ApplicationSource m_source;
     const ServerOptions m_options;
     std::unique_ptr<ServerRun> m_run;
 };

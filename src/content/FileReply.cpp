@@ -73,7 +73,7 @@ std::optional<SoupRange> rangeOf(SoupServerMessage* message, goffset size) {
 
 } // namespace
 
-void replyWithFile(SoupServerMessage* message, TemplateFile file, BreakOff breakOff) {
+void replyWithFile(SoupServerMessage* message, OpenFile file, BreakOff breakOff) {
     SoupMessageHeaders* const headers = soup_server_message_get_response_headers(message);
     const auto size = static_cast<goffset>(file.size);
     goffset first = 0, end = size;

@@ -2,6 +2,7 @@
 
 #include "content/Application.h"
 
+#include <optional>
 #include <string>
 
 namespace kestrin::content {
@@ -14,6 +15,15 @@ std::string applicationRecord(const Application& application);
 
 /// {"data":{"appkey":…}}
 std::string applicationKeyRecord(const std::string& keyString);
+
+/// {"data":[{"id":…,"type":"trigger","attributes":{"scene_id":…,"file_id":…,"width":…,"height":…}},…],
+/// "included":[{"id":…,"type":"file","attributes":{"effective_uri":…}},…]}: the sizes in millimetres, absent
+/// when they are not known; the pictures below `pictures`, an address that ends with a slash.
+std::string triggerBundle(const Application& application, const std::string& pictures);
+
+/// {"data":[{"id":…,"type":…,"attributes":{"title":…}},…]} of the entries that have the title, or of all.
+std::string entryRecords(const std::vector<Entry>& entries, const std::string& type,
+                         const std::optional<std::string>& title);
 
 /// {"errors":[{"status":"404","title":…,"detail":…}]}. A detail that is not UTF-8 is repaired.
 std::string errorRecord(unsigned status, const std::string& detail);

@@ -4,6 +4,7 @@
 #include "content/JsonReply.h"
 #include "content/Records.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <utility>
@@ -35,10 +36,28 @@ bool startsWith(const std::vector<std::string>& path, std::initializer_list<cons
     return path.size() >= beginning.size() && std::equal(beginning.begin(), beginning.end(), path.begin());
 }
 
+// The value of "filter[title]"; none when the query has none.
+std::optional<std::string> titleFilter(SoupServerMessage* message) {
+    const char* const query = g_uri_get_query(soup_server_message_get_uri(message));
+    const GHandle<GHashTable, g_hash_table_unref> parameters(
+        query ? g_uri_parse_params(query, -1, "&", G_URI_PARAMS_NONE, nullptr) : nullptr);
+    const void* const title = parameters ? g_hash_table_lookup(parameters.get(), "filter[title]") : nullptr;
+    return title ? std::optional<std::string>(static_cast<const char*>(title)) : std::nullopt;
+}
+
 } // namespace
 
-RequestHandler::RequestHandler(Application application, TemplateFiles files, std::string keyString)
-    : m_application(std::move(application)), m_files(std::move(files)), m_keyString(std::move(keyString)) {}
+RequestHandler::RequestHandler(Application application, std::string endpoint)
+    : m_application(std::move(application)), m_endpoint(std::move(endpoint)), m_files(m_application.page) {}
+
+std::string RequestHandler::host(Form form) const {
+    return form == Form::Direct ? m_endpoint.substr(0, m_endpoint.rfind(':')) : m_application.hostName;
+}
+
+std::string RequestHandler::templateUrl(Form form) const {
+    const GText page(g_uri_escape_string(m_files.index().c_str(), nullptr, FALSE));
+    return "https://" + (form == Form::Direct ? m_endpoint : host(form)) + "/template/" + page.get();
+}
 
 void RequestHandler::answer(SoupServerMessage* message, BreakOff breakOff) const {
     const char* const method = soup_server_message_get_method(message);
@@ -51,6 +70,8 @@ void RequestHandler::answer(SoupServerMessage* message, BreakOff breakOff) const
     const auto path = segmentsOf(pathOf(message));
     if (path && startsWith(*path, {"template"}))
         answerTemplate(message, *path, std::move(breakOff));
+    else if (path && startsWith(*path, {"picture"}))
+        answerPicture(message, *path, std::move(breakOff));
     else if (path && startsWith(*path, {"api", "v2", "application"}))
         answerApplication(message, *path);
     else
@@ -60,12 +81,32 @@ void RequestHandler::answer(SoupServerMessage* message, BreakOff breakOff) const
 
 void RequestHandler::answerApplication(SoupServerMessage* message, const Segments& path) const {
     const Segments rest(path.begin() + 3, path.end());
+    const auto isAsked = [&](const char* what) { return rest == Segments{m_application.id, what}; };
+    std::string body;
     if (rest == Segments{m_application.id})
-        replyWithJson(message, SOUP_STATUS_OK, applicationRecord(m_application));
-    else if (rest == Segments{m_application.id, "appkey"})
-        replyWithJson(message, SOUP_STATUS_OK, applicationKeyRecord(m_keyString));
-    else
+        body = applicationRecord(m_application);
+    else if (isAsked("appkey"))
+        body = applicationKeyRecord(keyString(m_application, templateUrl(Form::Direct)));
+    else if (isAsked("triggerbundleios"))
+        body = triggerBundle(m_application, originFor(message) + "/picture/");
+    else if (isAsked("scene"))
+        body = entryRecords(m_application.scenes, "scene", titleFilter(message));
+    else if (isAsked("page"))
+        body = entryRecords(m_application.pages, "page", titleFilter(message));
+    if (body.empty())
         replyWithError(message, SOUP_STATUS_NOT_FOUND, std::string("no such record: ") + pathOf(message));
+    else
+        replyWithJson(message, SOUP_STATUS_OK, body);
+}
+
+// By the name that the client itself used: it may reach the server only by that one, through a host map.
+std::string RequestHandler::originFor(SoupServerMessage* message) const {
+    const char* const host =
+        soup_message_headers_get_one(soup_server_message_get_request_headers(message), "Host");
+    const bool isUsable = host && *host && std::all_of(host, host + std::strlen(host), [](char c) {
+                              return g_ascii_isalnum(c) || std::strchr(".-:[]", c);
+                          });
+    return "https://" + (isUsable ? host : m_endpoint);
 }
 
 void RequestHandler::answerTemplate(SoupServerMessage* message, const Segments& path,
@@ -74,6 +115,24 @@ void RequestHandler::answerTemplate(SoupServerMessage* message, const Segments& 
         replyWithFile(message, std::move(*file), std::move(breakOff));
     else
         replyWithError(message, SOUP_STATUS_NOT_FOUND, std::string("no such file: ") + pathOf(message));
+}
+
+// Of the folder's files only those that a trigger names: the others are the author's own business.
+void RequestHandler::answerPicture(SoupServerMessage* message, const Segments& path,
+                                   BreakOff breakOff) const {
+    std::filesystem::path asked;
+    for (auto segment = path.begin() + 1; segment != path.end(); ++segment)
+        asked /= *segment;
+    const auto& triggers = m_application.triggers;
+    const bool isKnown = std::any_of(triggers.begin(), triggers.end(),
+                                     [&](const Trigger& trigger) { return trigger.picture == asked; });
+    const std::filesystem::path& folder = m_application.folder;
+    const auto isInside = [&](const std::filesystem::path& real) { return liesBelow(folder, real); };
+    auto file = isKnown ? openFile(folder / asked, isInside) : std::nullopt;
+    if (file)
+        replyWithFile(message, std::move(*file), std::move(breakOff));
+    else
+        replyWithError(message, SOUP_STATUS_NOT_FOUND, std::string("no such picture: ") + pathOf(message));
 }
 
 } // namespace kestrin::content

@@ -3,7 +3,9 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kestrin::content {
@@ -30,6 +32,11 @@ struct ServerOptions {
     /// `address`.
     std::vector<std::string> hostNames;
     Limits limits;
+    /// How often an application folder is looked at for changes.
+    std::chrono::milliseconds reloadPeriod{1000};
+    /// Hears in a line each of every request that was answered and every change of an application folder, on
+    /// the server's thread. May be empty.
+    std::function<void(std::string_view line)> log;
 };
 
 } // namespace kestrin::content

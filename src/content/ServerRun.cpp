@@ -1,7 +1,7 @@
 #include "content/ServerRun.h"
 
+#include "content/ApplicationFile.h"
 #include "content/Certificate.h"
-#include "content/Records.h"
 
 #include <algorithm>
 #include <utility>
@@ -33,12 +33,11 @@ std::vector<std::string> certificateNames(const Application& application, const 
 
 } // namespace
 
-ServerRun::ServerRun(Application application, const ServerOptions& options)
-    : m_application(std::move(application)), m_files(m_application.page),
-      m_listening(listenOn(options.address, options.port)), m_endpoint(endpointOf(m_listening.get())),
-      m_handler(m_application, m_files, keyString(m_application, templateUrl(Form::Direct))),
-      m_context(g_main_context_new()) {
-    setUp(options);
+ServerRun::ServerRun(ApplicationSource source, const ServerOptions& options)
+    : m_source(std::move(source)), m_options(options), m_listening(listenOn(options.address, options.port)),
+      m_endpoint(endpointOf(m_listening.get())), m_context(g_main_context_new()) {
+    m_handler.set(std::make_shared<RequestHandler>(readApplication(m_source), endpoint()));
+    setUp();
     m_thread = std::thread([this] { serve(); });
 }
 
@@ -49,31 +48,49 @@ ServerRun::~ServerRun() {
 }
 
 // On the starting thread, so that every failure is known before start returns.
-void ServerRun::setUp(const ServerOptions& options) {
+void ServerRun::setUp() {
     const ContextScope scope(m_context.get());
-    m_connections.emplace(ConnectionSetup{
-        m_handler, makeCertificate(certificateNames(m_application, options)), options.limits});
+    m_connections.emplace(
+        ConnectionSetup{m_handler, makeCertificate(certificateNames(current()->application(), m_options)),
+                        m_options.limits, m_options.log});
     m_acceptor.emplace(std::move(m_listening),
                        [this](GPointer<GSocket> socket) { m_connections->admit(std::move(socket)); });
+    if (std::holds_alternative<ApplicationFolder>(m_source))
+        m_reload = Watch::every(m_options.reloadPeriod, [this] { reload(); });
 }
 
 void ServerRun::serve() {
     const ContextScope scope(m_context.get());
     while (!m_stopping)
         g_main_context_iteration(m_context.get(), TRUE);
+    m_reload = Watch();
     m_acceptor.reset();
     m_connections.reset();
 }
 
 std::string ServerRun::endpoint() const { return m_endpoint.address + ":" + std::to_string(m_endpoint.port); }
 
-std::string ServerRun::host(Form form) const {
-    return form == Form::Direct ? m_endpoint.address : m_application.hostName;
+void ServerRun::reload() {
+    std::string complaint;
+    try {
+        Application application = readApplication(m_source);
+        const bool isNew = application != current()->application();
+        auto handler = std::make_shared<RequestHandler>(std::move(application), endpoint());
+        if (isNew)
+            m_handler.set(std::move(handler));
+        if (isNew || !m_complaint.empty())
+            say("the application was read again");
+    } catch (const std::exception& wrong) {
+        complaint = wrong.what();
+    }
+    if (!complaint.empty() && complaint != m_complaint)
+        say(complaint + " (what was there before is still served)");
+    m_complaint = std::move(complaint);
 }
 
-std::string ServerRun::templateUrl(Form form) const {
-    const GText page(g_uri_escape_string(m_files.index().c_str(), nullptr, FALSE));
-    return "https://" + (form == Form::Direct ? endpoint() : host(form)) + "/template/" + page.get();
+void ServerRun::say(const std::string& line) const {
+    if (m_options.log)
+        m_options.log(line);
 }
 
 } // namespace kestrin::content

@@ -1,0 +1,184 @@
+#include "Client.h"
+#include "Fixture.h"
+
+#include <boost/json.hpp>
+
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+namespace kestrin::content {
+namespace {
+
+namespace json = boost::json;
+
+/// The description that the cases start from.
+json::object description() {
+    return json::parse(R"({
+        "id": "0f8fad5b-d9cb-469f-a165-70867728950e", "title": "Gallery", "featureFlags": ["nativetriggers", "snap"],
+        "scenes": [{"id": "s1", "title": "Boat & sea+sky"}, {"id": "s2", "title": "Hall"}, {"id": "s3", "title": "Hall"}],
+        "pages": [{"id": "p1", "title": "Hall"}],
+        "triggers": [{"id": "boat", "scene": "s1", "picture": "pictures/a boat.jpg", "width": 210, "height": 297.5},
+                     {"id": "sea", "scene": "s2", "picture": "pictures/a boat.jpg"}]})")
+        .as_object();
+}
+
+class FolderTest : public testing::Test {
+  protected:
+    FolderTest() {
+        folder.write("app/template/index.html", kPage);
+        folder.write("app/pictures/a boat.jpg", "the boat");
+        folder.write("app/notes.txt", "the author's own");
+        folder.write("secret.txt", "the secret");
+        describe(json::serialize(description()));
+    }
+
+    ServerOptions options() {
+        ServerOptions options;
+        options.reloadPeriod = std::chrono::milliseconds(20);
+        options.log = [this](std::string_view line) {
+            const std::lock_guard lock(mutex);
+            lines += std::string(line) + "\n";
+        };
+        return options;
+    }
+
+    void describe(const std::string& text) { folder.write("app/application.json", text); }
+    std::string log() {
+        const std::lock_guard lock(mutex);
+        return lines;
+    }
+    Answer get(const std::string& path) { return client.get(urlOf(server.port(), path)); }
+    json::value data(const std::string& path) {
+        return json::parse(get("/api/v2/application/" + std::string(kId) + path).body).at("data");
+    }
+    bool isLogged(const std::string& part) {
+        const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (log().find(part) == std::string::npos && std::chrono::steady_clock::now() < patience)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        return log().find(part) != std::string::npos;
+    }
+
+    TemporaryFolder folder;
+    Client client;
+    std::mutex mutex;
+    std::string lines;
+    ContentServer server{ApplicationFolder{folder / "app"}, options()};
+};
+
+TEST_F(FolderTest, ServesWhatItDescribes) {
+    ASSERT_EQ(server.start(), std::nullopt);
+    EXPECT_EQ(get("/template/").body, kPage);
+    EXPECT_EQ(data("").at("attributes").at("feature_flags"), R"(["nativetriggers","snap"])");
+
+    const json::value bundle = json::parse(get("/api/v2/application/" + std::string(kId) +
+                                               "/triggerbundleios?include=file&fields[file]=effective_uri")
+                                               .body);
+    const std::string origin = urlOf(server.port(), "");
+    EXPECT_EQ(bundle, json::parse(R"({"data": [
+        {"id": "boat", "type": "trigger", "attributes":
+            {"scene_id": "s1", "file_id": "pictures/a boat.jpg", "width": 210.0, "height": 297.5}},
+        {"id": "sea", "type": "trigger", "attributes": {"scene_id": "s2", "file_id": "pictures/a boat.jpg"}}],
+        "included": [{"id": "pictures/a boat.jpg", "type": "file", "attributes":
+            {"effective_uri": ")" +
+                                  origin + R"(/picture/pictures/a%20boat.jpg"}}]})"));
+    const Answer picture = client.get(origin + "/picture/pictures/a%20boat.jpg");
+    EXPECT_EQ(picture.body, "the boat");
+    EXPECT_EQ(picture.headers.at("Content-Type"), "image/jpeg");
+    const auto mapped = client.get(origin + "/api/v2/application/" + kId + "/triggerbundleios",
+                                   {{"Host", "content.kestrin.test"}});
+    EXPECT_NE(mapped.body.find("\"https://content.kestrin.test/picture/"), std::string::npos) << mapped.body;
+
+    EXPECT_EQ(data("/scene").as_array().size(), 3u);
+    EXPECT_EQ(data("/scene?filter[title]=Hall").as_array().size(), 2u);
+    EXPECT_EQ(data("/page?filter%5Btitle%5D=Hall"),
+              json::parse(R"([{"id": "p1", "type": "page", "attributes": {"title": "Hall"}}])"));
+    EXPECT_EQ(data("/scene?filter[title]=Boat%20%26%20sea+sky").at(0).at("id"), "s1");
+    EXPECT_EQ(data("/scene?filter[title]="), json::array{});
+    EXPECT_TRUE(isLogged("/page?filter%5Btitle%5D=Hall 200\n")) << log();
+}
+
+TEST_F(FolderTest, ServesOfTheFolderOnlyWhatIsMeantForClients) {
+    ASSERT_EQ(server.start(), std::nullopt);
+    for (const char* const path :
+         {"/application.json", "/template/application.json", "/picture/application.json",
+          "/picture/notes.txt", "/picture/pictures/../notes.txt", "/picture/", "/picture//etc/passwd",
+          "/template/../notes.txt"})
+        EXPECT_GE(get(path).status, 400u) << path;
+    std::filesystem::remove(folder / "app/pictures/a boat.jpg");
+    std::filesystem::create_symlink("../../secret.txt", folder / "app/pictures/a boat.jpg");
+    EXPECT_EQ(get("/picture/pictures/a%20boat.jpg").status, 404u);
+}
+
+TEST_F(FolderTest, NamesFileAndField) {
+    std::filesystem::create_symlink("..", folder / "app/up");
+    const auto with = [](auto change) {
+        json::object changed = description();
+        change(changed);
+        return json::serialize(changed);
+    };
+    const auto trigger = [&](const char* name, json::value value) {
+        return with([&](json::object& o) { o["triggers"].at(1).as_object()[name] = value; });
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {"{\n\"title\": \"a\",\n\"id\" 7}", "line 3: is not JSON"},
+        {R"({"title": "a"} more)", "line 1: is not JSON"},
+        {"{\"title\": ", "is not JSON"},
+        {"[]", "expected an object"},
+        {with([](auto& o) { o.erase("title"); }), "the field \"title\" is missing"},
+        {with([](auto& o) { o["titel"] = "a"; }), "there is no field \"titel\""},
+        {with([](auto& o) { o["id"] = "../x"; }), "id: expected a UUID"},
+        {with([](auto& o) {
+             o["featureFlags"] = json::array{"snap", 7};
+         }),
+         "featureFlags[1]: expected a text"},
+        {with([](auto& o) { o["scenes"] = "none"; }), "scenes: expected a list"},
+        {with([](auto& o) { o["pages"].at(0).as_object()["id"] = "s1"; }),
+         "pages[0].id: \"s1\" is there twice"},
+        {with([](auto& o) { o["template"] = "site"; }), "template: there is no \"site\""},
+        {with([](auto& o) { o["template"] = "up"; }), "template: \"up\" is not inside the folder"},
+        {with([](auto& o) { o["template"] = "pictures"; }), "pictures/index.html"},
+        {trigger("id", "../../x"), "triggers[1].id: expected at most 64 letters"},
+        {trigger("id", "boat"), "triggers[1].id: \"boat\" is there twice"},
+        {trigger("scene", "s9"), "triggers[1].scene: there is no scene \"s9\""},
+        {trigger("picture", "../secret.txt"), "triggers[1].picture: \"../secret.txt\" is not inside"},
+        {trigger("picture", "/etc/passwd"), "triggers[1].picture: \"/etc/passwd\" is not inside"},
+        {trigger("picture", "pictures"), "triggers[1].picture: \"pictures\" is not a file"},
+        {trigger("width", 0), "triggers[1].width: expected a number above 0"},
+        {trigger("height", "tall"), "triggers[1].height: expected a number above 0"},
+    };
+    for (const auto& [text, message] : cases) {
+        describe(text);
+        const std::string error = server.start().value_or("it started");
+        EXPECT_NE(error.find(message), std::string::npos) << error;
+        EXPECT_NE(error.find((folder / "app").string()), std::string::npos) << error;
+        EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+    }
+    EXPECT_NE(ContentServer(ApplicationFolder{folder / "none"}).start().value_or("").find("cannot be read"),
+              std::string::npos);
+}
+
+TEST_F(FolderTest, FollowsItsAuthorAndKeepsTheLastGoodState) {
+    ASSERT_EQ(server.start(), std::nullopt);
+    describe("{\"title\": \"half");
+    EXPECT_TRUE(isLogged("application.json: line 1: is not JSON (what was there before is still served)\n"));
+    EXPECT_EQ(data("").at("attributes").at("title"), "Gallery");
+
+    json::object changed = description();
+    changed["title"] = "New";
+    changed["template"] = "later";
+    describe(json::serialize(changed));
+    EXPECT_TRUE(isLogged("template: there is no \"later\""));
+    EXPECT_EQ(get("/template/").body, kPage);
+    folder.write("app/later/index.html", "later"); // the description itself does not change again
+    EXPECT_TRUE(isLogged("the application was read again\n"));
+    EXPECT_EQ(data("").at("attributes").at("title"), "New");
+    EXPECT_EQ(get("/template/").body, "later");
+
+    std::filesystem::remove(folder / "app/pictures/a boat.jpg");
+    EXPECT_TRUE(isLogged("triggers[0].picture: there is no"));
+    EXPECT_EQ(data("/triggerbundleios").as_array().size(), 2u);
+}
+
+} // namespace
+} // namespace kestrin::content
