@@ -10,6 +10,7 @@
 #include "linux/toolkit/DesktopApplication.h"
 #include "linux/toolkit/MainLoopDispatch.h"
 #include "linux/toolkit/ViewToolkit.h"
+#include "linux/vision/ZxingVision.h"
 #include "linux/web/WebKitToolkit.h"
 
 #include <utility>
@@ -49,6 +50,7 @@ struct LinuxPlatform::Parts {
     ViewToolkit views;
     PixbufCodec images;
     GlGpu gpu;
+    ZxingVision vision;
     SoupHttpClient http;
     BundleStorage storage;
     CameraPermissions permissions;
@@ -81,6 +83,7 @@ platform::ImageCodec& LinuxPlatform::images() { return m_parts->images; }
 platform::WebToolkit& LinuxPlatform::web() { return m_parts->web; }
 platform::WorldTracking& LinuxPlatform::tracking() { return *m_parts->tracking; }
 platform::Gpu& LinuxPlatform::gpu() { return m_parts->gpu; }
+platform::Vision& LinuxPlatform::vision() { return m_parts->vision; }
 platform::HttpClient& LinuxPlatform::http() { return m_parts->http; }
 platform::Storage& LinuxPlatform::storage() { return m_parts->storage; }
 platform::Permissions& LinuxPlatform::permissions() { return m_parts->permissions; }

@@ -24,6 +24,7 @@ class LinuxPlatform final : public platform::Platform {
     /// A source that supports nothing when the options name none.
     platform::WorldTracking& tracking() override;
     platform::Gpu& gpu() override;
+    platform::Vision& vision() override;
     platform::HttpClient& http() override;
     platform::Storage& storage() override;
     platform::Permissions& permissions() override;

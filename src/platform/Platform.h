@@ -9,6 +9,7 @@
 #include "platform/Network.h"
 #include "platform/Permission.h"
 #include "platform/Storage.h"
+#include "platform/Vision.h"
 #include "platform/WebView.h"
 #include "platform/Widgets.h"
 
@@ -28,6 +29,7 @@ class Platform {
     virtual WebToolkit& web() = 0;
     virtual WorldTracking& tracking() = 0;
     virtual Gpu& gpu() = 0;
+    virtual Vision& vision() = 0;
     virtual HttpClient& http() = 0;
     virtual Storage& storage() = 0;
     virtual Permissions& permissions() = 0;

@@ -12,6 +12,7 @@
 #include "support/FakeStorage.h"
 #include "support/FakeTracking.h"
 #include "support/FakeViews.h"
+#include "support/FakeVision.h"
 #include "support/FakeWeb.h"
 
 #include <gtest/gtest.h>
@@ -31,6 +32,7 @@ class FakePlatform : public platform::Platform {
     FakeWebToolkit webToolkit;
     FakeWorldTracking worldTracking;
     FakeGpu graphics;
+    FakeVision eyes;
     FakeHttp server{queues};
     FakeStorage files;
     FakePermissions person;
@@ -46,6 +48,7 @@ class FakePlatform : public platform::Platform {
     platform::WebToolkit& web() override { return webToolkit; }
     platform::WorldTracking& tracking() override { return worldTracking; }
     platform::Gpu& gpu() override { return graphics; }
+    platform::Vision& vision() override { return eyes; }
     platform::HttpClient& http() override { return server; }
     platform::Storage& storage() override { return files; }
     platform::Permissions& permissions() override { return person; }
