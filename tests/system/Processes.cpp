@@ -55,11 +55,13 @@ std::vector<int> webProcesses() {
     return found;
 }
 
-double residentMemory() {
+Memory memory() {
     malloc_trim(0);
     long whole = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> whole >> resident;
-    return double(resident) * double(sysconf(_SC_PAGESIZE)) / 1e6;
+    const struct mallinfo2 heap = mallinfo2();
+    return {double(resident) * double(sysconf(_SC_PAGESIZE)) / 1e6,
+            double(heap.uordblks + heap.hblkhd) / 1e6};
 }
 
 long sleepsOf(const char* thread) {

@@ -142,6 +142,22 @@ void initializeBuildable(gpointer interface, gpointer) {
     static_cast<GtkBuildableIface*>(interface)->add_child = addBuiltChild;
 }
 
+/// `action` may unparent the child.
+template <class Action>
+void forEachSubview(ViewWidget& widget, const Action& action) {
+    GtkWidget* next = nullptr;
+    for (GtkWidget* child = gtk_widget_get_first_child(asWidget(&widget)); child; child = next) {
+        next = gtk_widget_get_next_sibling(child);
+        if (child != widget.state->content)
+            action(child);
+    }
+}
+
+/// It stands in its former parent, unmapped.
+bool isTakenOut(GtkWidget* child) {
+    return gtk_widget_get_parent(child) && !gtk_widget_get_child_visible(child);
+}
+
 GType registerType() {
     const GType type =
         g_type_register_static_simple(GTK_TYPE_WIDGET, "KestrinViewWidget", sizeof(ViewWidgetClass),
@@ -176,12 +192,21 @@ void setContent(ViewWidget& widget, GtkWidget* content) {
 }
 
 void dropChildrenExcept(ViewWidget& widget, const std::vector<GtkWidget*>& children) {
-    GtkWidget* next = nullptr;
-    for (GtkWidget* child = gtk_widget_get_first_child(asWidget(&widget)); child; child = next) {
-        next = gtk_widget_get_next_sibling(child);
-        if (child != widget.state->content && std::ranges::find(children, child) == children.end())
+    forEachSubview(widget, [&](GtkWidget* child) {
+        if (std::ranges::find(children, child) != children.end())
+            return;
+        const ViewWidget* subview = asViewWidget(child);
+        if (subview && subview->state->staysRealized)
+            gtk_widget_set_child_visible(child, false);
+        else
             gtk_widget_unparent(child);
-    }
+    });
+}
+
+void letGo(ViewWidget& widget) {
+    forEachSubview(widget, gtk_widget_unparent);
+    if (isTakenOut(asWidget(&widget)))
+        gtk_widget_unparent(asWidget(&widget));
 }
 
 void setChildren(ViewWidget& widget, const std::vector<GtkWidget*>& children) {
@@ -189,6 +214,8 @@ void setChildren(ViewWidget& widget, const std::vector<GtkWidget*>& children) {
     dropChildrenExcept(widget, children);
     GtkWidget* below = widget.state->content;
     for (GtkWidget* child : children) {
+        if (isTakenOut(child) && gtk_widget_get_parent(child) != parent)
+            gtk_widget_unparent(child);
         GtkWidget* present = gtk_widget_get_parent(child);
         if (present && present != parent) {
             g_warning("a view whose widget already stands in another container cannot become a subview");
@@ -196,6 +223,7 @@ void setChildren(ViewWidget& widget, const std::vector<GtkWidget*>& children) {
         }
         if (!present || gtk_widget_get_prev_sibling(child) != below)
             gtk_widget_insert_after(child, parent, below);
+        gtk_widget_set_child_visible(child, true);
         below = child;
     }
 }

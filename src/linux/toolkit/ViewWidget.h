@@ -24,6 +24,8 @@ struct ViewWidget::State {
     GtkWidget* content = nullptr;
     /// A view's frame is no size request; a part of an interface resource asks for what its content asks for.
     bool asksForContentSize = false;
+    /// A subview that is taken out stays a child, unmapped, until it gets another parent or is let go.
+    bool staysRealized = false;
     /// Called inside size-allocate: must not touch the widget tree.
     std::function<void(const platform::Size&)> allocated;
 };
@@ -38,8 +40,10 @@ void setContent(ViewWidget& widget, GtkWidget* content);
 /// Makes the subviews' widgets, and no others, children above the content, in this order. Those that were
 /// children already stay realized.
 void setChildren(ViewWidget& widget, const std::vector<GtkWidget*>& children);
-/// Unparents the subviews' widgets that are not in `children`.
+/// Takes out the subviews' widgets that are not in `children`.
 void dropChildrenExcept(ViewWidget& widget, const std::vector<GtkWidget*>& children);
+/// Leaves no subview's widget as a child, and the widget itself none that was taken out of its parent.
+void letGo(ViewWidget& widget);
 
 inline GtkWidget* asWidget(ViewWidget* widget) { return &widget->parentInstance; }
 

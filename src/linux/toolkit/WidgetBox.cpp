@@ -25,7 +25,7 @@ WidgetBox::WidgetBox(platform::View* view, GRef<ViewWidget> widget)
 // The widget may live on in the host's container; its subviews must be free for another parent.
 WidgetBox::~WidgetBox() {
     m_widget.get()->state->allocated = nullptr;
-    dropChildrenExcept(*m_widget.get(), {});
+    letGo(*m_widget.get());
     if (m_isAdopted)
         return;
     gtk::setContent(*m_widget.get(), nullptr);
@@ -37,6 +37,7 @@ void WidgetBox::setContent(GtkWidget* content) { gtk::setContent(*m_widget.get()
 
 void WidgetBox::setHiding(Hiding hiding) {
     m_hiding = hiding;
+    m_widget.get()->state->staysRealized = hiding == Hiding::transparent;
     applyOpacity();
     reconcileSoon();
 }

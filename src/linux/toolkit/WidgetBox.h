@@ -6,7 +6,9 @@
 
 namespace kestrin::gtk {
 
-/// How a hidden view leaves the screen. A transparent one stays mapped, so that what it shows goes on.
+/// How a hidden view leaves the screen. A transparent one stays mapped, so that what it shows goes on. One
+/// that is taken out of its parent stays realized then: WebKit loses the memory of a picture each time it is
+/// not.
 enum class Hiding { unmapped, transparent };
 
 /// A view's widget with what the view wants of it. Appearance is handed on at once; what could unmap or
