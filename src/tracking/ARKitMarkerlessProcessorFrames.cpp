@@ -1,5 +1,6 @@
 #include "tracking/ARKitMarkerlessProcessor.h"
 
+#include "services/KestrinQRScanner.h"
 #include "tracking/Geometry.h"
 #include "tracking/SystemLevel.h"
 
@@ -72,6 +73,9 @@ void ARKitMarkerlessProcessor::sendPicture(const ArFrame& frame) {
     delegates.forEach([&](CameraFrameConsumer& consumer) {
         consumer.cameraFrameReceivedWithBuffer(frame.capturedImage, 0.0, width, height);
     });
+    const auto scanner = KestrinQRScanner::getInstance();
+    if (scanner->wantsScan())
+        scanner->onScan(frame.capturedImage, PictureOrientation::up);
 }
 
 void ARKitMarkerlessProcessor::sendReason(TrackingReason reason) {
