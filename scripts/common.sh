@@ -37,6 +37,24 @@ on_display() {
   if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then "$@"; else on_virtual_display "$@"; fi
 }
 
+# Runs a command under a Wayland compositor without a screen, and without an X display.
+on_wayland() {
+  local folder compositor status=0
+  folder=$(mktemp -d)
+  XDG_RUNTIME_DIR=$folder weston --backend=headless-backend.so --no-config --idle-time=0 --socket=kestrin \
+    --width=1280 --height=1024 --log="$folder/log" &
+  compositor=$!
+  until [ -S "$folder/kestrin" ]; do
+    kill -0 $compositor 2>/dev/null || { cat "$folder/log" >&2; return 1; }
+    sleep 0.1
+  done
+  env -u DISPLAY GDK_BACKEND=wayland XDG_RUNTIME_DIR="$folder" WAYLAND_DISPLAY=kestrin "$@" || status=$?
+  kill $compositor
+  wait $compositor || true
+  rm -rf "$folder"
+  return $status
+}
+
 on_virtual_display() {
   env -u WAYLAND_DISPLAY GDK_BACKEND=x11 xvfb-run -a -s "-screen 0 1280x1024x24 -nolisten tcp" "$@"
 }
