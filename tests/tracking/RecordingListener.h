@@ -19,11 +19,11 @@ class RecordingListener : public CVManagerDelegate {
     void onMarkerLost(const std::string& name) override { write("lost " + name); }
     void onMarkerTracked(const std::string& name, const platform::Matrix&, const platform::Matrix& view,
                          double timestamp) override {
-        pose = view;
+        keep(pose, view);
         write(format("tracked %@ %.1f", name, timestamp));
     }
     void onUpdateProjectionMatrix(const platform::Matrix& matrix) override {
-        projection = matrix;
+        keep(projection, matrix);
         write("projection");
     }
     void onUpdateViewport(const platform::Size& size) override {
@@ -42,11 +42,11 @@ class RecordingListener : public CVManagerDelegate {
     void onTriggerClear() override { write("trigger clear"); }
     void onPlaneStarted() override { write("plane started"); }
     void onPlaneAdded(const std::string& id, const platform::Matrix& matrix, float w, float h) override {
-        pose = matrix;
+        keep(pose, matrix);
         write(format("plane added %@ %.1f %.1f", id, w, h));
     }
     void onPlaneUpdated(const std::string& id, const platform::Matrix& matrix, float w, float h) override {
-        pose = matrix;
+        keep(pose, matrix);
         write(format("plane updated %@ %.1f %.1f", id, w, h));
     }
     void onPlaneGeometryUpdated(const std::string& id, const Vertices& vertices, int verticesCount,
@@ -69,6 +69,10 @@ class RecordingListener : public CVManagerDelegate {
     std::thread::id thread; ///< of the last event
 
   private:
+    void keep(platform::Matrix& place, const platform::Matrix& matrix) {
+        const std::lock_guard lock(m_mutex);
+        place = matrix;
+    }
     void write(std::string line) {
         const std::lock_guard lock(m_mutex);
         thread = std::this_thread::get_id();
