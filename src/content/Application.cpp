@@ -1,6 +1,7 @@
 #include "content/Application.h"
 
 #include "content/GPointer.h"
+#include "content/TemplateFiles.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -51,6 +52,7 @@ Application checked(Application application) {
         application.id = idOf(page);
     else if (!g_uuid_string_is_valid(application.id.c_str()))
         throw std::runtime_error("the application id \"" + application.id + "\" is not a UUID");
+    TemplateFiles{page}; // throws when there is nothing to open
     application.page = page;
     return application;
 }

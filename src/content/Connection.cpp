@@ -149,7 +149,12 @@ void Connection::requestStarted(SoupServerMessage* message) {
     renewDeadline();
     m_isBetweenRequests = false;
     m_bodyBytes = 0;
+    m_mostBodyBytes = m_setup.limits.bodyBytes;
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    g_signal_connect(message, "got-headers", G_CALLBACK(+[](SoupServerMessage* received, gpointer self) {
+                         static_cast<Connection*>(self)->headReceived(received);
+                     }),
+                     this);
     g_signal_connect(message, "got-chunk", G_CALLBACK(+[](SoupServerMessage*, GBytes* chunk, gpointer self) {
                          static_cast<Connection*>(self)->bodyReceived(g_bytes_get_size(chunk));
                      }),
@@ -158,6 +163,13 @@ void Connection::requestStarted(SoupServerMessage* message) {
                          static_cast<Connection*>(self)->renewDeadline();
                      }),
                      this);
+}
+
+void Connection::headReceived(SoupServerMessage* message) {
+    if (!m_setup.handler.get()->readsBody(message))
+        return;
+    m_mostBodyBytes = m_setup.limits.pictureBytes;
+    soup_message_body_set_accumulate(soup_server_message_get_request_body(message), TRUE);
 }
 
 void Connection::requestFinished(SoupServerMessage* message) {
@@ -169,7 +181,7 @@ void Connection::requestFinished(SoupServerMessage* message) {
 
 void Connection::bodyReceived(std::size_t bytes) {
     m_bodyBytes += bytes;
-    if (m_bodyBytes > m_setup.limits.bodyBytes)
+    if (m_bodyBytes > m_mostBodyBytes)
         reset();
 }
 

@@ -52,6 +52,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     void handsShaken(bool isDone);
     void serve();
     void requestStarted(SoupServerMessage* message);
+    void headReceived(SoupServerMessage* message);
     void requestFinished(SoupServerMessage* message);
     void bodyReceived(std::size_t bytes);
     void renewDeadline();
@@ -67,7 +68,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     GPointer<GIOStream> m_stream;
     GPointer<SoupServer> m_server;
     Clock::time_point m_deadline;
-    std::size_t m_bodyBytes = 0;
+    std::size_t m_bodyBytes = 0, m_mostBodyBytes = 0;
     bool m_isBetweenRequests = false;
     bool m_isEnded = false;
 };

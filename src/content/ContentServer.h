@@ -15,12 +15,14 @@ class ServerRun;
 
 /// Serves one application over HTTPS, from a thread of its own, with a certificate made when it starts:
 ///
-///     GET /api/v2/application/ID            the application's record, feature flags included
-///     GET /api/v2/application/ID/appkey     its key string, in the direct form
-///     GET /api/v2/application/ID/triggerbundleios    its triggers, and where their pictures are
-///     GET /api/v2/application/ID/scene?filter[title]=TITLE    its scenes of that title, or all; `page`
-///     likewise GET /template/...                     the files of its page GET /picture/... the pictures of
-///     its triggers
+///     GET  /api/v2/application/ID                     the application's record, feature flags included
+///     GET  /api/v2/application/ID/appkey              its key string, in the direct form
+///     GET  /api/v2/application/ID/triggerbundleios    its triggers, and where their pictures are
+///     GET  /api/v2/application/ID/scene               its scenes; of one title with ?filter[title]=TITLE
+///     GET  /api/v2/application/ID/page                its pages, likewise
+///     POST /api/v2/triggersnap/find                   the trigger that a picture shows; with a look-up only
+///     GET  /template/...                              the files of its page
+///     GET  /picture/...                               the pictures of its triggers
 ///
 /// The application is given, or described by an application folder; then it is read again as the folder
 /// changes. While the folder is broken the last good state is served.

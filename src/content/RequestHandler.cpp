@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace kestrin::content {
@@ -47,11 +48,15 @@ std::optional<std::string> titleFilter(SoupServerMessage* message) {
 
 } // namespace
 
-RequestHandler::RequestHandler(Application application, std::string endpoint)
-    : m_application(std::move(application)), m_endpoint(std::move(endpoint)), m_files(m_application.page) {}
+RequestHandler::RequestHandler(Application application, std::string endpoint, Lookups* lookups)
+    : m_application(std::make_shared<Application>(std::move(application))), m_endpoint(std::move(endpoint)),
+      m_files(m_application->page), m_lookups(lookups) {
+    if (m_lookups)
+        m_lookups->prepare(m_application);
+}
 
 std::string RequestHandler::host(Form form) const {
-    return form == Form::Direct ? m_endpoint.substr(0, m_endpoint.rfind(':')) : m_application.hostName;
+    return form == Form::Direct ? m_endpoint.substr(0, m_endpoint.rfind(':')) : m_application->hostName;
 }
 
 std::string RequestHandler::templateUrl(Form form) const {
@@ -59,7 +64,16 @@ std::string RequestHandler::templateUrl(Form form) const {
     return "https://" + (form == Form::Direct ? m_endpoint : host(form)) + "/template/" + page.get();
 }
 
+bool RequestHandler::readsBody(SoupServerMessage* message) const {
+    return m_lookups && soup_server_message_get_method(message) == SOUP_METHOD_POST &&
+           pathOf(message) == std::string_view("/api/v2/triggersnap/find");
+}
+
 void RequestHandler::answer(SoupServerMessage* message, BreakOff breakOff) const {
+    if (readsBody(message)) {
+        m_lookups->findTrigger(message, m_application);
+        return;
+    }
     const char* const method = soup_server_message_get_method(message);
     if (method != SOUP_METHOD_GET && method != SOUP_METHOD_HEAD) {
         soup_message_headers_replace(soup_server_message_get_response_headers(message), "Allow", "GET, HEAD");
@@ -81,18 +95,18 @@ void RequestHandler::answer(SoupServerMessage* message, BreakOff breakOff) const
 
 void RequestHandler::answerApplication(SoupServerMessage* message, const Segments& path) const {
     const Segments rest(path.begin() + 3, path.end());
-    const auto isAsked = [&](const char* what) { return rest == Segments{m_application.id, what}; };
+    const auto isAsked = [&](const char* what) { return rest == Segments{m_application->id, what}; };
     std::string body;
-    if (rest == Segments{m_application.id})
-        body = applicationRecord(m_application);
+    if (rest == Segments{m_application->id})
+        body = applicationRecord(*m_application);
     else if (isAsked("appkey"))
-        body = applicationKeyRecord(keyString(m_application, templateUrl(Form::Direct)));
+        body = applicationKeyRecord(keyString(*m_application, templateUrl(Form::Direct)));
     else if (isAsked("triggerbundleios"))
-        body = triggerBundle(m_application, originFor(message) + "/picture/");
+        body = triggerBundle(*m_application, originFor(message) + "/picture/");
     else if (isAsked("scene"))
-        body = entryRecords(m_application.scenes, "scene", titleFilter(message));
+        body = entryRecords(m_application->scenes, "scene", titleFilter(message));
     else if (isAsked("page"))
-        body = entryRecords(m_application.pages, "page", titleFilter(message));
+        body = entryRecords(m_application->pages, "page", titleFilter(message));
     if (body.empty())
         replyWithError(message, SOUP_STATUS_NOT_FOUND, std::string("no such record: ") + pathOf(message));
     else
@@ -123,10 +137,10 @@ void RequestHandler::answerPicture(SoupServerMessage* message, const Segments& p
     std::filesystem::path asked;
     for (auto segment = path.begin() + 1; segment != path.end(); ++segment)
         asked /= *segment;
-    const auto& triggers = m_application.triggers;
+    const auto& triggers = m_application->triggers;
     const bool isKnown = std::any_of(triggers.begin(), triggers.end(),
                                      [&](const Trigger& trigger) { return trigger.picture == asked; });
-    const std::filesystem::path& folder = m_application.folder;
+    const std::filesystem::path& folder = m_application->folder;
     const auto isInside = [&](const std::filesystem::path& real) { return liesBelow(folder, real); };
     auto file = isKnown ? openFile(folder / asked, isInside) : std::nullopt;
     if (file)

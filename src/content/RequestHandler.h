@@ -3,6 +3,7 @@
 #include "content/Application.h"
 #include "content/FileReply.h"
 #include "content/Form.h"
+#include "content/Lookups.h"
 #include "content/TemplateFiles.h"
 
 #include <libsoup/soup.h>
@@ -16,14 +17,18 @@ namespace kestrin::content {
 /// Answers the requests of one application's clients. Never changes after its construction.
 class RequestHandler {
   public:
-    /// `application` is checked; `endpoint` is the server's "ADDRESS:PORT". Throws std::runtime_error when
-    /// the page cannot be read.
-    RequestHandler(Application application, std::string endpoint);
+    /// `application` is checked; `endpoint` is the server's "ADDRESS:PORT"; `lookups`, which outlives the
+    /// handler, may be null: then look-ups are not answered. Throws std::runtime_error when the page cannot
+    /// be read.
+    RequestHandler(Application application, std::string endpoint, Lookups* lookups);
 
     /// Answers any request. The server passes paths on as they came, escapes included.
     void answer(SoupServerMessage* message, BreakOff breakOff) const;
 
-    const Application& application() const { return m_application; }
+    /// Whether a request whose head has come is answered by what its body says.
+    bool readsBody(SoupServerMessage* message) const;
+
+    const Application& application() const { return *m_application; }
     /// Without a port.
     std::string host(Form form) const;
     std::string templateUrl(Form form) const;
@@ -36,9 +41,10 @@ class RequestHandler {
     void answerPicture(SoupServerMessage* message, const Segments& path, BreakOff breakOff) const;
     std::string originFor(SoupServerMessage* message) const;
 
-    const Application m_application;
+    const std::shared_ptr<const Application> m_application; // which a look-up under way shares
     const std::string m_endpoint;
     const TemplateFiles m_files;
+    Lookups* const m_lookups;
 };
 
 /// The handler of the newest state of an application, replaced whole. A request is answered by the one that

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "content/PictureLookup.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,7 +17,8 @@ namespace kestrin::content {
 struct Limits {
     /// A further connection is ended as soon as it is made.
     std::size_t connections = 128;
-    /// No request that is answered carries a body; one longer than this ends its connection.
+    /// Only look-ups read a body. A longer one, of a look-up or of any other request, ends its connection.
+    std::size_t pictureBytes = 8 * 1024 * 1024;
     std::size_t bodyBytes = 64 * 1024;
     /// A client that takes longer to shake hands and send its request, or that takes no byte of its answer
     /// for this long, is let go. So is a connection that is kept open without a request.
@@ -32,6 +36,8 @@ struct ServerOptions {
     /// `address`.
     std::vector<std::string> hostNames;
     Limits limits;
+    /// Recognises pictures; when null, look-ups are not served.
+    std::shared_ptr<PictureLookup> lookup;
     /// How often an application folder is looked at for changes.
     std::chrono::milliseconds reloadPeriod{1000};
     /// Hears in a line each of every request that was answered and every change of an application folder, on

@@ -36,7 +36,9 @@ std::vector<std::string> certificateNames(const Application& application, const 
 ServerRun::ServerRun(ApplicationSource source, const ServerOptions& options)
     : m_source(std::move(source)), m_options(options), m_listening(listenOn(options.address, options.port)),
       m_endpoint(endpointOf(m_listening.get())), m_context(g_main_context_new()) {
-    m_handler.set(std::make_shared<RequestHandler>(readApplication(m_source), endpoint()));
+    if (options.lookup)
+        m_lookups.emplace(options.lookup, m_context.get());
+    m_handler.set(handlerOf(readApplication(m_source)));
     setUp();
     m_thread = std::thread([this] { serve(); });
 }
@@ -68,6 +70,11 @@ void ServerRun::serve() {
     m_connections.reset();
 }
 
+std::shared_ptr<RequestHandler> ServerRun::handlerOf(Application application) {
+    return std::make_shared<RequestHandler>(std::move(application), endpoint(),
+                                            m_lookups ? &*m_lookups : nullptr);
+}
+
 std::string ServerRun::endpoint() const { return m_endpoint.address + ":" + std::to_string(m_endpoint.port); }
 
 void ServerRun::reload() {
@@ -75,9 +82,8 @@ void ServerRun::reload() {
     try {
         Application application = readApplication(m_source);
         const bool isNew = application != current()->application();
-        auto handler = std::make_shared<RequestHandler>(std::move(application), endpoint());
         if (isNew)
-            m_handler.set(std::move(handler));
+            m_handler.set(handlerOf(std::move(application)));
         if (isNew || !m_complaint.empty())
             say("the application was read again");
     } catch (const std::exception& wrong) {

@@ -38,15 +38,17 @@ class ServerRun {
     void setUp();
     void serve();
     void reload();
+    std::shared_ptr<RequestHandler> handlerOf(Application application);
     void say(const std::string& line) const;
 
     const ApplicationSource m_source;
     const ServerOptions m_options;
     GPointer<GSocket> m_listening;
     const Endpoint m_endpoint;
+    const GHandle<GMainContext, g_main_context_unref> m_context;
+    std::optional<Lookups> m_lookups;
     CurrentHandler m_handler;
     std::string m_complaint; // what is wrong with the folder as it now is
-    const GHandle<GMainContext, g_main_context_unref> m_context;
     std::optional<Connections> m_connections;
     std::optional<Acceptor> m_acceptor;
     Watch m_reload;

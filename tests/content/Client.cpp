@@ -11,7 +11,7 @@ Client::~Client() {
 }
 
 Answer Client::request(const std::string& method, const std::string& url,
-                       const std::map<std::string, std::string>& headers) {
+                       const std::map<std::string, std::string>& headers, const std::string& body) {
     SoupMessage* const message = soup_message_new(method.c_str(), url.c_str());
     g_signal_connect(message, "accept-certificate",
                      G_CALLBACK(+[](SoupMessage*, GTlsCertificate*, GTlsCertificateFlags,
@@ -19,13 +19,18 @@ Answer Client::request(const std::string& method, const std::string& url,
                      nullptr);
     for (const auto& [name, value] : headers)
         soup_message_headers_replace(soup_message_get_request_headers(message), name.c_str(), value.c_str());
+    if (!body.empty()) {
+        GBytes* const bytes = g_bytes_new(body.data(), body.size());
+        soup_message_set_request_body_from_bytes(message, nullptr, bytes);
+        g_bytes_unref(bytes);
+    }
     Answer answer;
     GError* error = nullptr;
-    if (GBytes* const body = soup_session_send_and_read(m_session, message, nullptr, &error)) {
+    if (GBytes* const received = soup_session_send_and_read(m_session, message, nullptr, &error)) {
         gsize size = 0;
-        const auto* const data = static_cast<const char*>(g_bytes_get_data(body, &size));
+        const auto* const data = static_cast<const char*>(g_bytes_get_data(received, &size));
         answer.body.assign(data ? data : "", size);
-        g_bytes_unref(body);
+        g_bytes_unref(received);
         answer.status = soup_message_get_status(message);
         soup_message_headers_foreach(
             soup_message_get_response_headers(message),

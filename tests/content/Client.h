@@ -23,7 +23,7 @@ class Client {
     Client& operator=(const Client&) = delete;
 
     Answer request(const std::string& method, const std::string& url,
-                   const std::map<std::string, std::string>& headers = {});
+                   const std::map<std::string, std::string>& headers = {}, const std::string& body = "");
     Answer get(const std::string& url, const std::map<std::string, std::string>& headers = {}) {
         return request("GET", url, headers);
     }

@@ -97,6 +97,7 @@ TEST(ServeProgram, ServesTheSampleUntilItIsInterrupted) {
         EXPECT_EQ(client.get(told("template")).body, "the page");
         const Answer key = client.get("https://" + address + record + "/appkey");
         EXPECT_EQ(boost::json::parse(key.body).at("data").at("appkey"), line.at("key"));
+        EXPECT_EQ(client.request("POST", "https://" + address + "/api/v2/triggersnap/find").status, 400u);
         program.send(signal);
         EXPECT_EQ(program.status(), 0);
         EXPECT_NE(program.said.find(" GET " + record + "/appkey 200\n"), std::string::npos) << program.said;
