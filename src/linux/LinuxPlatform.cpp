@@ -1,6 +1,7 @@
 #include "linux/LinuxPlatform.h"
 
 #include "linux/NoTracking.h"
+#include "linux/capture/GstCapture.h"
 #include "linux/drawing/GlGpu.h"
 #include "linux/network/SoupHttpClient.h"
 #include "linux/storage/BundleStorage.h"
@@ -38,7 +39,7 @@ struct LinuxPlatform::Parts {
           application({options.orientation, options.screenSize}, dispatch, log),
           views(*log, [this](GtkWidget* root,
                              const platform::Size& size) { application.rootAllocated(root, size); }),
-          gpu(log), http(dispatch, {.hostMap = options.hostMap}),
+          capture(options.camera, dispatch, log), gpu(log), http(dispatch, {.hostMap = options.hostMap}),
           storage(options.bundle, options.applicationId, *log),
           permissions(options.trackingUsesCamera, options.granted.contains("camera"), dispatch),
           device(readDevice(options.applicationId)) {}
@@ -49,6 +50,7 @@ struct LinuxPlatform::Parts {
     DesktopApplication application;
     ViewToolkit views;
     PixbufCodec images;
+    GstCapture capture;
     GlGpu gpu;
     ZxingVision vision;
     SoupHttpClient http;
@@ -82,6 +84,7 @@ platform::Application& LinuxPlatform::application() { return m_parts->applicatio
 platform::ImageCodec& LinuxPlatform::images() { return m_parts->images; }
 platform::WebToolkit& LinuxPlatform::web() { return m_parts->web; }
 platform::WorldTracking& LinuxPlatform::tracking() { return *m_parts->tracking; }
+platform::CaptureSystem& LinuxPlatform::capture() { return m_parts->capture; }
 platform::Gpu& LinuxPlatform::gpu() { return m_parts->gpu; }
 platform::Vision& LinuxPlatform::vision() { return m_parts->vision; }
 platform::HttpClient& LinuxPlatform::http() { return m_parts->http; }

@@ -23,6 +23,7 @@ class LinuxPlatform final : public platform::Platform {
     platform::WebToolkit& web() override;
     /// A source that supports nothing when the options name none.
     platform::WorldTracking& tracking() override;
+    platform::CaptureSystem& capture() override;
     platform::Gpu& gpu() override;
     platform::Vision& vision() override;
     platform::HttpClient& http() override;

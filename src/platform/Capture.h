@@ -1,7 +1,12 @@
 #pragma once
 
+#include "platform/Dispatch.h"
+
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace kestrin::platform {
 
@@ -26,5 +31,70 @@ class PixelBuffer {
 };
 
 using PixelBufferRef = std::shared_ptr<const PixelBuffer>;
+
+/// Takes the pictures of a capture session.
+class CaptureSampleDelegate {
+  public:
+    virtual ~CaptureSampleDelegate() = default;
+    /// `presentationTime` in seconds since some fixed moment; it goes up. Thread: the output's queue.
+    virtual void captureOutput(const PixelBufferRef& buffer, double presentationTime) = 0;
+};
+
+/// How a capture session delivers its pictures, and where to.
+struct CaptureOutput {
+    /// A picture that comes while the delegate still has one to take is dropped; else it waits.
+    bool alwaysDiscardsLateFrames = true;
+    /// What is asked of the device, pixels; one that cannot gives pictures of the nearest size it has.
+    int width = 640, height = 480;
+    std::shared_ptr<SerialQueue> queue;
+    std::weak_ptr<CaptureSampleDelegate> delegate;
+};
+
+/// Pictures on their way from a camera. When the camera goes away it says so in the log once and delivers no
+/// more. Its end gives the camera back. Thread: any; nothing here waits for the camera.
+class CaptureSession {
+  public:
+    virtual ~CaptureSession() = default;
+    virtual void startRunning() = 0;
+    /// No delivery begins after it.
+    virtual void stopRunning() = 0;
+};
+
+/// A camera that was opened; its end gives the camera back. Thread: any.
+class CaptureInput {
+  public:
+    virtual ~CaptureInput() = default;
+    /// Called once.
+    virtual std::unique_ptr<CaptureSession> makeSession(CaptureOutput output) = 0;
+};
+
+struct FrameRateRange {
+    double minimum = 0, maximum = 0; ///< frames a second
+    bool operator==(const FrameRateRange&) const = default;
+};
+
+/// A camera. Thread: main.
+class CaptureDevice {
+  public:
+    virtual ~CaptureDevice() = default;
+    virtual std::string localizedName() const = 0;
+    /// Of the format in which it will give pictures; empty when that shows only later.
+    virtual std::vector<FrameRateRange> frameRateRanges() const = 0;
+    virtual bool supportsContinuousAutoFocus() const = 0;
+    /// Lets it focus by itself, smoothly, and take up to `maximumFrameDuration` seconds for a picture and no
+    /// longer, as far as it can.
+    virtual void focusContinuously(double maximumFrameDuration) = 0;
+    /// Opens it, or says why it cannot be opened. Answers within some seconds whatever the camera does.
+    virtual std::variant<std::shared_ptr<CaptureInput>, std::string> open() = 0;
+};
+
+/// The cameras there are.
+class CaptureSystem {
+  public:
+    virtual ~CaptureSystem() = default;
+    /// Those that look at the surroundings, the preferred one last. Answers within some seconds. Thread:
+    /// main.
+    virtual std::vector<std::shared_ptr<CaptureDevice>> backCameras() = 0;
+};
 
 } // namespace kestrin::platform

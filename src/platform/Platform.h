@@ -2,6 +2,7 @@
 
 #include "platform/Application.h"
 #include "platform/ArSession.h"
+#include "platform/Capture.h"
 #include "platform/Dispatch.h"
 #include "platform/Gpu.h"
 #include "platform/Image.h"
@@ -28,6 +29,7 @@ class Platform {
     virtual ImageCodec& images() = 0;
     virtual WebToolkit& web() = 0;
     virtual WorldTracking& tracking() = 0;
+    virtual CaptureSystem& capture() = 0;
     virtual Gpu& gpu() = 0;
     virtual Vision& vision() = 0;
     virtual HttpClient& http() = 0;

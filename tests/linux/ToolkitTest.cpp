@@ -48,6 +48,7 @@ ToolkitPlatform::ToolkitPlatform()
 platform::ImageCodec& ToolkitPlatform::images() { return absent<platform::ImageCodec>("images"); }
 platform::WebToolkit& ToolkitPlatform::web() { return absent<platform::WebToolkit>("web"); }
 platform::WorldTracking& ToolkitPlatform::tracking() { return absent<platform::WorldTracking>("tracking"); }
+platform::CaptureSystem& ToolkitPlatform::capture() { return absent<platform::CaptureSystem>("capture"); }
 platform::Vision& ToolkitPlatform::vision() { return absent<platform::Vision>("vision"); }
 platform::HttpClient& ToolkitPlatform::http() { return absent<platform::HttpClient>("http"); }
 platform::Storage& ToolkitPlatform::storage() { return absent<platform::Storage>("storage"); }

@@ -37,6 +37,7 @@ class ToolkitPlatform final : public platform::Platform {
     platform::ImageCodec& images() override;
     platform::WebToolkit& web() override;
     platform::WorldTracking& tracking() override;
+    platform::CaptureSystem& capture() override;
     platform::Vision& vision() override;
     platform::HttpClient& http() override;
     platform::Storage& storage() override;

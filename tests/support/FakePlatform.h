@@ -3,6 +3,7 @@
 #include "platform/Platform.h"
 #include "services/util/Singleton.h"
 #include "support/FakeApplication.h"
+#include "support/FakeCapture.h"
 #include "support/FakeDispatch.h"
 #include "support/FakeGpu.h"
 #include "support/FakeHttp.h"
@@ -31,6 +32,7 @@ class FakePlatform : public platform::Platform {
     FakeImageCodec imageCodec;
     FakeWebToolkit webToolkit;
     FakeWorldTracking worldTracking;
+    FakeCapture devices;
     FakeGpu graphics;
     FakeVision eyes;
     FakeHttp server{queues};
@@ -47,6 +49,7 @@ class FakePlatform : public platform::Platform {
     platform::ImageCodec& images() override { return imageCodec; }
     platform::WebToolkit& web() override { return webToolkit; }
     platform::WorldTracking& tracking() override { return worldTracking; }
+    platform::CaptureSystem& capture() override { return devices; }
     platform::Gpu& gpu() override { return graphics; }
     platform::Vision& vision() override { return eyes; }
     platform::HttpClient& http() override { return server; }
