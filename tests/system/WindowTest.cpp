@@ -109,7 +109,11 @@ TEST(Unseen, NothingIsDrawnOrUploadedAndTheDrawingThreadSleeps) {
         return stage.runUntil([&] { return counts.draws > draws + 2 && counts.uploads > uploads + 2; });
     };
     const auto expectSleep = [&](const char* state) {
-        stage.runFor(0.5);
+        EXPECT_TRUE(stage.runUntil([&] {
+            const long before = sleepsOf(kDrawingThread);
+            stage.runFor(0.3);
+            return sleepsOf(kDrawingThread) == before;
+        })) << state;
         const auto frames = stage.tracking().frames();
         const long sleeps = sleepsOf(kDrawingThread);
         const int draws = counts.draws, uploads = counts.uploads;
