@@ -21,6 +21,7 @@ constexpr int kFramesBeforeScreenshot = 90;
 /// The options as GLib hands them over.
 struct Raw {
     char* page = nullptr;
+    char* key = nullptr;
     char* session = nullptr;
     char* size = nullptr;
     char* orientation = nullptr;
@@ -35,7 +36,7 @@ struct Raw {
 
     ~Raw() {
         for (char* text :
-             {page, session, size, orientation, mounting, frames, screenshot, logLevel, record, speed})
+             {page, key, session, size, orientation, mounting, frames, screenshot, logLevel, record, speed})
             g_free(text);
         g_strfreev(hostMap);
     }
@@ -58,6 +59,11 @@ std::string readPage(std::string_view text, Arguments& arguments) {
     const auto index =
         std::filesystem::is_directory(arguments.page) ? arguments.page / "index.html" : arguments.page;
     return std::filesystem::is_regular_file(index) ? "" : "--page: no such file: " + index.string();
+}
+
+std::string readKey(std::string_view text, Arguments& arguments) {
+    arguments.key = text;
+    return "";
 }
 
 /// A folder's name as it is after a shell has completed it, without the last slash.
@@ -158,6 +164,8 @@ std::string readLogLevel(std::string_view text, Arguments& arguments) {
 
 /// What does not go together; nothing when all does.
 std::string contradiction(const Raw& raw, const Arguments& arguments) {
+    if (raw.page && raw.key)
+        return "--key: does not go with --page";
     if (arguments.recording && raw.mounting)
         return "--mounting: a recording has that of its own camera";
     if (!arguments.recording && (arguments.loops || arguments.tolerant))
@@ -168,7 +176,8 @@ std::string contradiction(const Raw& raw, const Arguments& arguments) {
 }
 
 std::variant<Arguments, Ending> checked(const Raw& raw) {
-    const std::array<std::pair<const char*, Reader>, 10> readers{{{raw.page, readPage},
+    const std::array<std::pair<const char*, Reader>, 11> readers{{{raw.page, readPage},
+                                                                  {raw.key, readKey},
                                                                   {raw.session, readSession},
                                                                   {raw.size, readSize},
                                                                   {raw.orientation, readOrientation},
@@ -193,8 +202,8 @@ std::variant<Arguments, Ending> checked(const Raw& raw) {
         arguments.hostMap.emplace_back(*entry);
     if (arguments.screenshot && !arguments.frames)
         arguments.frames = kFramesBeforeScreenshot;
-    if (!raw.page)
-        return failure("which page? Name it with --page FILE|FOLDER (see --help)");
+    if (!raw.page && !raw.key)
+        return failure("which page? Name it with --page FILE|FOLDER or --key TEXT (see --help)");
     return arguments;
 }
 
@@ -205,6 +214,8 @@ std::variant<Arguments, Ending> parseArguments(int argc, char** argv) {
     const GOptionEntry entries[] = {
         {"page", 'p', 0, G_OPTION_ARG_FILENAME, &raw.page, "The page to show, or a folder with index.html",
          "FILE|FOLDER"},
+        {"key", 'k', 0, G_OPTION_ARG_STRING, &raw.key,
+         "The key string of an application that a server has, instead of --page", "TEXT"},
         {"session", 's', 0, G_OPTION_ARG_FILENAME, &raw.session,
          "Where tracking comes from (default: simulate, the built-in room)", "simulate[:ROOM.json]|FILE.krs"},
         {"record", 'r', 0, G_OPTION_ARG_FILENAME, &raw.record,

@@ -10,7 +10,8 @@ namespace kestrin::view {
 
 /// What the command line asks for.
 struct Arguments {
-    std::filesystem::path page;                ///< a page, or a folder with index.html
+    std::filesystem::path page;                ///< a page, or a folder with index.html; unless there is a key
+    std::optional<std::string> key;            ///< the key string of an application that is served elsewhere
     std::optional<std::filesystem::path> room; ///< of the simulated session; the built-in room when absent
     std::optional<std::filesystem::path> recording; ///< to play instead of a simulated session
     std::optional<std::filesystem::path> record;    ///< where to keep what the session sees

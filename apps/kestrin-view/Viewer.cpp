@@ -17,6 +17,7 @@
 
 #include <gtk/gtk.h>
 
+#include <optional>
 #include <stdexcept>
 
 namespace kestrin::view {
@@ -40,8 +41,7 @@ void log(std::string_view line) { platform::platform().log().write(line); }
 /// The window, the view in it, and what ends the run.
 class Viewer {
   public:
-    explicit Viewer(const Arguments& arguments)
-        : m_arguments(arguments), m_server(applicationOf(arguments)) {}
+    explicit Viewer(const Arguments& arguments) : m_arguments(arguments) {}
     ~Viewer() { closeView(); }
 
     Ending run();
@@ -61,7 +61,7 @@ class Viewer {
     void finishRecording();
 
     const Arguments& m_arguments;
-    content::ContentServer m_server;
+    std::optional<content::ContentServer> m_server; ///< of the page; empty when there is a key string
     std::shared_ptr<gtk::LinuxPlatform> m_platform;
     std::shared_ptr<session::Recorder> m_recorder; ///< empty when nothing is recorded
     std::shared_ptr<session::SourcedTracking> m_tracking;
@@ -109,7 +109,10 @@ Ending Viewer::run() {
 }
 
 void Viewer::startServer() {
-    if (const auto wrong = m_server.start())
+    if (m_arguments.key)
+        return;
+    m_server.emplace(applicationOf(m_arguments));
+    if (const auto wrong = m_server->start())
         throw std::runtime_error(*wrong);
 }
 
@@ -127,9 +130,9 @@ void Viewer::installPlatform() {
     options.applicationId = "org.kestrin.View";
     options.logLevel = m_arguments.logs ? gtk::LogLevel::info : gtk::LogLevel::off;
     options.orientation = m_arguments.orientation;
-    std::string hosts = m_server.hostMapEntry(content::Form::Direct);
+    std::string hosts = m_server ? m_server->hostMapEntry(content::Form::Direct) : "";
     for (const std::string& entry : m_arguments.hostMap)
-        hosts += ',' + entry;
+        hosts += (hosts.empty() ? "" : ",") + entry;
     options.hostMap = gtk::HostMap::parse(hosts);
     options.worldTracking = [this](const platform::InterfaceOrientation& orientation) {
         session::SessionOptions session;
@@ -192,7 +195,8 @@ void Viewer::addKeys() {
 void Viewer::startView() {
     m_view = KestrinCVSession::initKestrinView();
     gtk_window_set_child(m_window.get(), gtk::widget(*m_view));
-    m_view->setup(KestrinSettings::initWithKeyString(m_server.keyString(content::Form::Direct)));
+    m_view->setup(KestrinSettings::initWithKeyString(m_server ? m_server->keyString(content::Form::Direct)
+                                                              : *m_arguments.key));
     m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
                                      [this](const auto& event) { m_tally.update(event); });
     m_view->startWithCallback([this] {

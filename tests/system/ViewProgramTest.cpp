@@ -32,6 +32,8 @@ TEST(ViewProgram, SaysInOneLineWhatIsWrong) {
         {{"--nonsense"}, "--nonsense"},
         {{"extra", "--page", kPage}, "extra"},
         {{"--page", "/no/such/page"}, "/no/such/page"},
+        {{"--page", kPage, "--key", "e30="}, "--key"},
+        {{"--key", "no key string"}, "Invalid Settings"},
         {{"--page", kPage, "--session", "live"}, "live"},
         {{"--page", kPage, "--session", "simulate:/no/such/room.json"}, "/no/such/room.json"},
         {{"--page", kPage, "--session", "simulate:" + room}, room + ": surfaces"},
@@ -65,7 +67,7 @@ TEST(ViewProgram, ExplainsItself) {
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* option :
-         {"--page", "--session", "--size", "--orientation", "--mounting", "--frames", "--screenshot",
+         {"--page", "--key", "--session", "--size", "--orientation", "--mounting", "--frames", "--screenshot",
           "--log-level", "--host-map", "--version", "--record", "--speed", "--step", "--loop", "--tolerant"})
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
 }
