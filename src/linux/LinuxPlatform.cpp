@@ -5,8 +5,8 @@
 #include "linux/drawing/GlGpu.h"
 #include "linux/network/SoupHttpClient.h"
 #include "linux/storage/BundleStorage.h"
-#include "linux/storage/CameraPermissions.h"
 #include "linux/storage/DeviceInfo.h"
+#include "linux/storage/GrantedPermissions.h"
 #include "linux/storage/PixbufCodec.h"
 #include "linux/toolkit/DesktopApplication.h"
 #include "linux/toolkit/MainLoopDispatch.h"
@@ -29,6 +29,12 @@ WebOptions webOptions(const Options& options) {
             options.developerExtras};
 }
 
+/// A source of tracking without a camera needs no permission for one.
+GrantedPermissions::Grants grantsIn(const Options& options) {
+    return {!options.trackingUsesCamera || options.granted.contains("camera"),
+            options.granted.contains("photos")};
+}
+
 } // namespace
 
 // In the order in which each may need the ones before it, while it is made and while it ends.
@@ -40,8 +46,7 @@ struct LinuxPlatform::Parts {
           views(*log, [this](GtkWidget* root,
                              const platform::Size& size) { application.rootAllocated(root, size); }),
           capture(options.camera, dispatch, log), gpu(log), http(dispatch, {.hostMap = options.hostMap}),
-          storage(options.bundle, options.applicationId, *log),
-          permissions(options.trackingUsesCamera, options.granted.contains("camera"), dispatch),
+          storage(options.bundle, options.applicationId, *log), permissions(grantsIn(options), dispatch),
           device(readDevice(options.applicationId)) {}
 
     const std::shared_ptr<StandardErrorLog> log;
@@ -55,7 +60,7 @@ struct LinuxPlatform::Parts {
     ZxingVision vision;
     SoupHttpClient http;
     BundleStorage storage;
-    CameraPermissions permissions;
+    GrantedPermissions permissions;
     const platform::Device device;
     std::shared_ptr<platform::WorldTracking> tracking;
 };

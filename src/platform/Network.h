@@ -38,7 +38,7 @@ class HttpClient {
     /// `delegate` lives until the completion is called; it may be null, then certificates are checked.
     /// Thread: any.
     virtual void send(const HttpRequest& request, AuthenticationDelegate* delegate, Completion done) = 0;
-    /// Blocks. Thread: worker.
+    /// Blocks. Thread: worker; any for a `data:` address, which holds its own answer.
     virtual std::optional<HttpResponse> fetch(const HttpRequest& request,
                                               AuthenticationDelegate* delegate) = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -7,7 +8,7 @@
 
 namespace kestrin::platform {
 
-/// The application's own files, and what the device says of itself. Thread: any.
+/// The application's own files, the person's photo library, and what the device says of itself. Thread: any.
 class Storage {
   public:
     virtual ~Storage() = default;
@@ -22,6 +23,10 @@ class Storage {
     /// Puts a file in the place of the one of that name, which stays as it was when writing fails or is
     /// interrupted; false then, and when `name` leads out of the folder.
     virtual bool writeDocument(const std::string& name, std::span<const std::uint8_t> bytes) = 0;
+    /// Adds a picture (a JPEG file's bytes) to the person's photo library, as one of that moment. None when
+    /// it is there, else why it is not; nothing of it is left then. Thread: worker.
+    virtual std::optional<std::string> addPhoto(std::span<const std::uint8_t> jpeg,
+                                                std::chrono::system_clock::time_point created) = 0;
 };
 
 struct Device {

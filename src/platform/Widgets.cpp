@@ -1,5 +1,7 @@
 #include "platform/Widgets.h"
 
+#include <utility>
+
 namespace kestrin::platform {
 
 ImageView::ImageView(std::unique_ptr<ImageViewPeer> peer)
@@ -17,6 +19,11 @@ void Label::setText(const std::string& text) {
     m_text = text;
     m_labelPeer.setText(text);
 }
+
+Button::Button(std::unique_ptr<ButtonPeer> peer)
+    : View(std::move(peer)), m_buttonPeer(static_cast<ButtonPeer&>(View::peer())) {}
+
+void Button::onClick(std::function<void()> clicked) { m_buttonPeer.onClick(std::move(clicked)); }
 
 Spinner::Spinner(std::unique_ptr<SpinnerPeer> peer)
     : View(std::move(peer)), m_spinnerPeer(static_cast<SpinnerPeer&>(View::peer())) {}

@@ -3,6 +3,7 @@
 #include "platform/Image.h"
 #include "platform/View.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -14,7 +15,7 @@ class ImageViewPeer : public ViewPeer {
     virtual void setImage(const Image& image) = 0;
 };
 
-/// Shows a picture, scaled to fill (aspect kept, cropped). Thread: main.
+/// Shows a picture, aspect kept; its interface says whether it covers the view or lies within. Thread: main.
 class ImageView : public View {
   public:
     explicit ImageView(std::unique_ptr<ImageViewPeer> peer);
@@ -41,6 +42,22 @@ class Label : public View {
   private:
     LabelPeer& m_labelPeer;
     std::string m_text;
+};
+
+class ButtonPeer : public ViewPeer {
+  public:
+    virtual void onClick(std::function<void()> clicked) = 0;
+};
+
+/// Can be clicked. Thread: main.
+class Button : public View {
+  public:
+    explicit Button(std::unique_ptr<ButtonPeer> peer);
+    /// Instead of what was called before.
+    void onClick(std::function<void()> clicked);
+
+  private:
+    ButtonPeer& m_buttonPeer;
 };
 
 class SpinnerPeer : public ViewPeer {

@@ -4,6 +4,7 @@
 #include "platform/Orientation.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,16 @@ class FakeApplication : public platform::Application {
     void showAlert(const std::string& title, const std::string& message, const std::string& button) override {
         alerts.push_back({title, message, button});
     }
+    void present(const std::shared_ptr<platform::ViewController>& controller) override {
+        if (controller->view())
+            presented.push_back(controller);
+    }
+    void dismiss(const platform::ViewController& controller) override {
+        std::erase_if(presented, [&](const auto& each) { return each.get() == &controller; });
+    }
+    void presentShareSheet(const std::vector<platform::ShareItem>& items) override {
+        shareSheets.push_back(items);
+    }
 
     platform::Screen screen{{375, 667}, 2, 2, true};
     platform::InterfaceOrientation interfaceOrientation{1};
@@ -31,6 +42,8 @@ class FakeApplication : public platform::Application {
     std::function<bool(const std::string& url)> opens = [](const std::string&) { return true; };
     std::vector<std::string> openedUrls;
     std::vector<Alert> alerts;
+    std::vector<std::shared_ptr<platform::ViewController>> presented; ///< and not yet dismissed
+    std::vector<std::vector<platform::ShareItem>> shareSheets;
 };
 
 } // namespace kestrin::test

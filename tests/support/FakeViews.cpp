@@ -15,6 +15,8 @@ std::shared_ptr<View> makePart(FakeViewToolkit::Part part) {
         return makeView<platform::Label>(std::make_unique<FakeLabelPeer>());
     case FakeViewToolkit::Part::spinner:
         return makeView<platform::Spinner>(std::make_unique<FakeSpinnerPeer>());
+    case FakeViewToolkit::Part::button:
+        return makeView<platform::Button>(std::make_unique<FakeButtonPeer>());
     case FakeViewToolkit::Part::view:
         break;
     }
@@ -33,6 +35,9 @@ FakeViewToolkit::FakeViewToolkit() {
                                   {"backgroundView", Part::view},
                                   {"body", Part::label}};
     interfaces["MarkerLoading"] = {{"mainView", Part::view}, {"backgroundImage", Part::image}};
+    interfaces["ImagePreview"] = {{"mainView", Part::view},       {"imageHolder", Part::view},
+                                  {"cancelButton", Part::button}, {"shareButton", Part::button},
+                                  {"imageView", Part::image},     {"safeView", Part::view}};
 }
 
 std::unique_ptr<platform::ViewPeer> FakeViewToolkit::makePeer(View&) {

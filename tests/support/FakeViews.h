@@ -3,9 +3,11 @@
 #include "platform/Widgets.h"
 #include "support/RecordedView.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace kestrin::test {
 
@@ -19,15 +21,21 @@ struct FakeLabelPeer : RecordingPeer<platform::LabelPeer> {
     std::string text;
 };
 
+struct FakeButtonPeer : RecordingPeer<platform::ButtonPeer> {
+    void onClick(std::function<void()> value) override { click = std::move(value); }
+    std::function<void()> click;
+};
+
 struct FakeSpinnerPeer : RecordingPeer<platform::SpinnerPeer> {
     void setColor(const platform::Color& value) override { color = value; }
     platform::Color color;
 };
 
-/// Offers the framework's three overlays, with their parts, unless a test changes `interfaces`.
+/// Offers the framework's three overlays and the preview, with their parts, unless a test changes
+/// `interfaces`.
 class FakeViewToolkit : public platform::ViewToolkit {
   public:
-    enum class Part { view, image, label, spinner };
+    enum class Part { view, image, label, spinner, button };
 
     FakeViewToolkit();
     std::unique_ptr<platform::ViewPeer> makePeer(platform::View& view) override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/storage/DocumentFolder.h"
+#include "linux/storage/PhotoFolder.h"
 #include "platform/Log.h"
 #include "platform/Storage.h"
 
@@ -8,8 +9,8 @@
 
 namespace kestrin::gtk {
 
-/// The main bundle, a folder or a `resource:///prefix`, and the application's documents folder under the
-/// person's data folder. Thread: any.
+/// The main bundle, a folder or a `resource:///prefix`, the application's documents folder under the
+/// person's data folder, and the folder of photos among the person's pictures. Thread: any.
 class BundleStorage final : public platform::Storage {
   public:
     /// A bundle without `info.json`, or with a broken one, has no information; a broken one is logged.
@@ -24,6 +25,10 @@ class BundleStorage final : public platform::Storage {
     bool writeDocument(const std::string& name, std::span<const std::uint8_t> bytes) override {
         return m_documents.write(name, bytes);
     }
+    std::optional<std::string> addPhoto(std::span<const std::uint8_t> jpeg,
+                                        std::chrono::system_clock::time_point created) override {
+        return m_photos.add(jpeg, created);
+    }
 
   private:
     std::optional<std::string> read(const std::string& path) const;
@@ -31,6 +36,7 @@ class BundleStorage final : public platform::Storage {
 
     const std::string m_bundle;
     const DocumentFolder m_documents;
+    const PhotoFolder m_photos = PhotoFolder::ofPerson();
     std::map<std::string, std::string, std::less<>> m_information;
 };
 

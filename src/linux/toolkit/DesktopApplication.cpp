@@ -2,6 +2,7 @@
 
 #include "linux/toolkit/Alert.h"
 #include "linux/toolkit/Links.h"
+#include "linux/toolkit/ShareSheet.h"
 
 namespace kestrin::gtk {
 
@@ -13,8 +14,8 @@ constexpr int kPortrait = 1, kLandscapeRight = 3;
 
 DesktopApplication::DesktopApplication(const Options& options, platform::Dispatch& dispatch,
                                        std::shared_ptr<platform::LogSink> log)
-    : m_options(options), m_log(std::move(log)), m_orientation(options.orientation),
-      m_activity(Activity::make(dispatch, m_center)) {}
+    : m_options(options), m_dispatch(dispatch), m_log(std::move(log)), m_orientation(options.orientation),
+      m_activity(Activity::make(dispatch, m_center)), m_presentations(dispatch) {}
 
 GdkMonitor* DesktopApplication::monitor() const {
     GdkDisplay* display = gdk_display_get_default();
@@ -48,11 +49,23 @@ bool DesktopApplication::canOpenUrl(const std::string& url) const { return hasLi
 
 void DesktopApplication::openUrl(const std::string& url) { openLink(url, m_log); }
 
+GtkWindow* DesktopApplication::window() const {
+    const auto root = m_root.lock();
+    GtkRoot* const window = root ? gtk_widget_get_root(root.get()) : nullptr;
+    return window && GTK_IS_WINDOW(window) ? GTK_WINDOW(window) : nullptr;
+}
+
 void DesktopApplication::showAlert(const std::string& title, const std::string& message,
                                    const std::string& button) {
-    const auto root = m_root.lock();
-    GtkRoot* window = root ? gtk_widget_get_root(root.get()) : nullptr;
-    gtk::showAlert(window && GTK_IS_WINDOW(window) ? GTK_WINDOW(window) : nullptr, title, message, button);
+    gtk::showAlert(window(), title, message, button);
+}
+
+void DesktopApplication::present(const std::shared_ptr<platform::ViewController>& controller) {
+    m_presentations.present(window(), controller);
+}
+
+void DesktopApplication::presentShareSheet(const std::vector<platform::ShareItem>& items) {
+    ShareSheet::present(window(), items, m_dispatch, m_log);
 }
 
 void DesktopApplication::rootAllocated(GtkWidget* root, const platform::Size& size) {

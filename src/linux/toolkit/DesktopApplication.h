@@ -2,6 +2,7 @@
 
 #include "linux/toolkit/Activity.h"
 #include "linux/toolkit/GWeak.h"
+#include "linux/toolkit/Presentations.h"
 #include "platform/Application.h"
 #include "platform/Log.h"
 #include "platform/Orientation.h"
@@ -26,6 +27,9 @@ class DesktopApplication final : public platform::Application {
     bool canOpenUrl(const std::string& url) const override;
     void openUrl(const std::string& url) override;
     void showAlert(const std::string& title, const std::string& message, const std::string& button) override;
+    void present(const std::shared_ptr<platform::ViewController>& controller) override;
+    void dismiss(const platform::ViewController& controller) override { m_presentations.dismiss(controller); }
+    void presentShareSheet(const std::vector<platform::ShareItem>& items) override;
 
     platform::InterfaceOrientation& interfaceOrientation() { return m_orientation; }
     /// The view that the host placed got a size. The orientation is published before the view hears of it.
@@ -34,13 +38,17 @@ class DesktopApplication final : public platform::Application {
 
   private:
     GdkMonitor* monitor() const;
+    /// The one with the view; null when there is none.
+    GtkWindow* window() const;
 
     const Options m_options;
+    platform::Dispatch& m_dispatch;
     const std::shared_ptr<platform::LogSink> m_log;
     platform::InterfaceOrientation m_orientation;
     platform::NotificationCenter m_center;
     const std::shared_ptr<Activity> m_activity;
     GWeak<GtkWidget> m_root;
+    Presentations m_presentations;
 };
 
 } // namespace kestrin::gtk

@@ -1,5 +1,6 @@
 #include "linux/toolkit/InterfaceLoader.h"
 
+#include "linux/toolkit/ButtonPeer.h"
 #include "linux/toolkit/LabelPeer.h"
 #include "linux/toolkit/PicturePeer.h"
 #include "linux/toolkit/PlainPeer.h"
@@ -31,6 +32,8 @@ std::shared_ptr<platform::View> makePart(ViewWidget* widget) {
         return makeView<platform::Label>(std::make_unique<LabelPeer>(std::move(owned)));
     if (content && GTK_IS_PICTURE(content))
         return makeView<platform::ImageView>(std::make_unique<PicturePeer>(std::move(owned)));
+    if (content && GTK_IS_BUTTON(content))
+        return makeView<platform::Button>(std::make_unique<ButtonPeer>(std::move(owned)));
     if (content && GTK_IS_SPINNER(content))
         return makeView<platform::Spinner>(std::make_unique<SpinnerPeer>(std::move(owned)));
     return makeView<InterfaceView>(std::make_unique<PlainPeer>(std::move(owned)));

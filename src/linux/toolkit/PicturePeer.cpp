@@ -4,9 +4,7 @@
 
 namespace kestrin::gtk {
 
-PicturePeer::PicturePeer(GRef<ViewWidget> widget) : WidgetPeer(std::move(widget)) {
-    gtk_picture_set_content_fit(GTK_PICTURE(box().content()), GTK_CONTENT_FIT_COVER);
-}
+PicturePeer::PicturePeer(GRef<ViewWidget> widget) : WidgetPeer(std::move(widget)) {}
 
 void PicturePeer::setImage(const platform::Image& image) {
     const auto texture = makeTexture(image);

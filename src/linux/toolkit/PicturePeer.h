@@ -5,7 +5,7 @@
 
 namespace kestrin::gtk {
 
-/// A `GtkPicture` of an interface resource. Its picture covers it: aspect kept, what sticks out cut off.
+/// A `GtkPicture` of an interface resource. How the picture fits is the resource's to say.
 class PicturePeer final : public WidgetPeer<platform::ImageViewPeer> {
   public:
     explicit PicturePeer(GRef<ViewWidget> widget);
