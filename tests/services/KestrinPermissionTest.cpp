@@ -26,6 +26,26 @@ TEST_F(KestrinPermissionTest, AKnownAnswerIsGivenAtOnceAndANewOneOnMain) {
     EXPECT_EQ(denied, 3);
 }
 
+TEST_F(KestrinPermissionTest, PhotosAreAskedForAfterTheCameraAndOnlyAllOfThemCount) {
+    int granted = 0, denied = 0;
+    const auto ask = [&](auto question) { question([&] { ++granted; }, [&] { ++denied; }); };
+    system->person.photoStatus = Authorization::limited;
+    ask(KestrinPermission::askPhotoAccess);
+    EXPECT_EQ(denied, 1);
+    system->person.photoStatus = Authorization::notDetermined;
+    ask(KestrinPermission::askAccess);
+    EXPECT_TRUE(system->person.photoQuestions.empty()) << "it waits for its turn";
+    runMain();
+    system->person.answerPhotos(true);
+    EXPECT_EQ(granted, 1);
+    system->person.photoStatus = Authorization::notDetermined;
+    system->person.status = Authorization::denied;
+    ask(KestrinPermission::askAccess);
+    runMain();
+    EXPECT_EQ(denied, 2);
+    EXPECT_TRUE(system->person.photoQuestions.empty());
+}
+
 TEST_F(KestrinPermissionTest, TheRefusalSaysHowToGrant) {
     KestrinPermission::denyCameraMessage();
     runMain();

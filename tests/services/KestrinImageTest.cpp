@@ -1,0 +1,118 @@
+#include "services/KestrinImage.h"
+#include "services/ImagePreviewController.h"
+#include "support/FakePlatform.h"
+
+#include <boost/json.hpp>
+#include <gmock/gmock.h>
+
+using namespace kestrin;
+using namespace kestrin::platform;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace json = boost::json;
+
+namespace {
+
+struct KestrinImageTest : test::PlatformTest {
+    static std::shared_ptr<KestrinImage> picture(int width, int height, std::uint8_t level) {
+        return KestrinImage::initWithImage(test::makeImage(width, height, level));
+    }
+    void save(const KestrinImage& image) {
+        image.saveIntoCameraRoll();
+        system->queues.runWorkers();
+        runMain();
+    }
+    void click(const char* button) {
+        const auto part = shown.part<Button>(button);
+        static_cast<test::FakeButtonPeer&>(part->peer()).click();
+    }
+    /// Presents the newest preview as the system does.
+    void appear() {
+        const auto preview = system->app.presented.at(0);
+        // The fake keeps them in the order of their names.
+        const auto& views = preview->view()->subviews();
+        for (std::size_t i = 0;
+             const auto* name : {"cancelButton", "imageHolder", "imageView", "safeView", "shareButton"})
+            shown.parts[name] = views.at(i++);
+        preview->viewDidAppear();
+    }
+    Interface shown;
+};
+
+} // namespace
+
+TEST_F(KestrinImageTest, CombinesByStretchingBoth) {
+    system->app.screen.nativeScale = 2;
+    EXPECT_EQ(KestrinImage::initBlank()->getImage().size(), (Size{36, 36}));
+    EXPECT_EQ(KestrinImage::combineWithImage(picture(1, 1, 9), nullptr), nullptr);
+    EXPECT_EQ(
+        KestrinImage::combineWithImage(picture(1, 1, 9), KestrinImage::initWithBase64String("data:,no")),
+        nullptr);
+    EXPECT_THAT(
+        takeLog(),
+        ElementsAre("KestrinImage::combineWithImage::One of the Parameters was NULL. Unable to Proceed. "
+                    "Returning nil.",
+                    "KestrinImage::combineWithImage::One of the Images was Invalid. Unable to Proceed. "
+                    "Returning nil. first=1 second=0"));
+    // Only the right half of the upper picture lets the lower one through.
+    const auto upper = KestrinImage::initWithImage({2, 1, {70, 70, 70, 255, 0, 0, 0, 0}, 0.02});
+    const auto both = KestrinImage::combineWithImage(picture(10, 50, 200), upper);
+    EXPECT_THAT(
+        takeLog(),
+        ElementsAre("KestrinImage::combineWithImage::First Image Width(10.000000) Height(50.000000)",
+                    "KestrinImage::combineWithImage::Second Image Width(100.000000) Height(50.000000)"));
+    const Image& image = both->getImage();
+    EXPECT_EQ(image.pixelWidth(), 200);
+    EXPECT_EQ(image.pixelHeight(), 100);
+    EXPECT_EQ(image.pixels()[0], 70);
+    EXPECT_EQ(image.pixels().back(), 200) << "stretched to the far corner";
+}
+
+TEST_F(KestrinImageTest, SavesAndSaysHowItEnded) {
+    const std::string head = "KestrinImage::saveIntoCameraRollAfterPermission::";
+    save(*KestrinImage::initWithImage({}));
+    save(*picture(4, 3, 1));
+    system->files.photoFailure = "No space left";
+    save(*picture(4, 3, 1));
+    EXPECT_THAT(
+        takeLog(),
+        ElementsAre("KestrinImage::saveIntoCameraRoll::Unable to save NULL Image. Nothing Saved. Returning.",
+                    "KestrinImage -> Performing Save Functionality",
+                    head + "Saving Image width=4.000000 height=3.000000", head + "Image Saved Successfully.",
+                    "KestrinImage -> Performing Save Functionality",
+                    head + "Saving Image width=4.000000 height=3.000000",
+                    head + "Image Saving Failed::reason= No space left"));
+    system->person.photoStatus = Authorization::limited;
+    save(*picture(4, 3, 1));
+    ASSERT_EQ(system->app.alerts.size(), 1U);
+    EXPECT_THAT(system->app.alerts[0].message, HasSubstr("Turn on Gallery Access"));
+    EXPECT_EQ(system->files.photos().size(), 1U);
+}
+
+TEST_F(KestrinImageTest, ThePreviewSharesThePictureAlone) {
+    const json::object event{{"data", {{"share", {{"title", "T"}, {"text", "x"}}}, {"text", "direct"}}}};
+    const auto image = picture(4, 3, 1);
+    image->share(event);
+    appear();
+    EXPECT_EQ(shown.part<ImageView>("imageView")->image().size(), (Size{4, 3}));
+    EXPECT_EQ(shown.part<View>("shareButton")->border().cornerRadius, 6.0);
+    EXPECT_EQ(shown.part<View>("safeView")->border().cornerRadius, 10.0);
+    click("shareButton");
+    EXPECT_THAT(takeLog(), ElementsAre("KestrinImage -> Performing Share Functionality",
+                                       "ImagePreviewController - Loaded", "ImagePreviewController - Appear",
+                                       "Kestrin - Dismiss Root Share Controller",
+                                       "Kestrin - Presenting Share Controller"));
+    EXPECT_TRUE(system->app.presented.empty());
+    ASSERT_EQ(system->app.shareSheets.size(), 1U);
+    EXPECT_EQ(system->app.shareSheets[0].size(), 1U);
+
+    image->share(event);
+    appear();
+    click("cancelButton");
+    EXPECT_TRUE(system->app.presented.empty());
+    system->viewToolkit.interfaces.erase("ImagePreview");
+    image->share(event);
+    EXPECT_TRUE(system->app.presented.empty()) << "there is nothing to show";
+}
