@@ -184,9 +184,24 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     void onOpenExternalUrl(const boost::json::object& event);
     void onRequestApplication(const boost::json::object& event);
     void onForceLoseTracking(const boost::json::object& event);
+    void onCaptureScreenshot(const boost::json::object& event);
+    void onCaptureScreenshotPermissionless(const boost::json::object& event);
+    void onShare(const boost::json::object& event);
     void onStartMarkerless(const boost::json::object& event);
     void onStartMarkerlessPlacement(const boost::json::object& event);
+    void onScanMarker(const boost::json::object& event);
+    void onScanMarkerSnap(const boost::json::object& event);
     void onChangeApp(const boost::json::object& event);
+    void onStartQRScanner(const boost::json::object& event);
+    void onStopQRScanner(const boost::json::object& event);
+
+    // The ways to find out what the camera sees, and the answer.
+    void qrSnap();
+    void nativeSnap(int attempt);
+    void serverSnap(const boost::json::object& event);
+    void answerServerSnap(std::optional<boost::json::value> answer);
+    void sendScanResult(boost::json::value rawData, boost::json::value error);
+    std::string lookUpAddress(const boost::json::object& event, const char* path) const;
 
     mutable std::mutex m_mutex; ///< guards the next three
     std::shared_ptr<CVManager> m_CV;

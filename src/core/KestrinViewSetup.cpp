@@ -21,18 +21,16 @@ struct KestrinView::Handlers {
 
     static constexpr auto all() {
         return std::to_array<Handlers>({
-            {0, &KestrinView::onDeviceInfo},
-            {1, &KestrinView::onWebGLReady},
-            {2, &KestrinView::onStartAREngine},
-            {3, &KestrinView::onStopAREngine},
-            {4, &KestrinView::onPauseAREngine},
-            {5, &KestrinView::onResumeAREngine},
-            {6, &KestrinView::onOpenExternalUrl},
-            {7, &KestrinView::onRequestApplication},
-            {9, &KestrinView::onForceLoseTracking},
-            {11, &KestrinView::onStartMarkerless},
-            {13, &KestrinView::onStartMarkerlessPlacement},
-            {15, &KestrinView::onChangeApp},
+            {0, &KestrinView::onDeviceInfo},         {1, &KestrinView::onWebGLReady},
+            {2, &KestrinView::onStartAREngine},      {3, &KestrinView::onStopAREngine},
+            {4, &KestrinView::onPauseAREngine},      {5, &KestrinView::onResumeAREngine},
+            {6, &KestrinView::onOpenExternalUrl},    {7, &KestrinView::onRequestApplication},
+            {9, &KestrinView::onForceLoseTracking},  {10, &KestrinView::onCaptureScreenshot},
+            {18, &KestrinView::onCaptureScreenshot}, {21, &KestrinView::onShare},
+            {11, &KestrinView::onStartMarkerless},   {13, &KestrinView::onStartMarkerlessPlacement},
+            {14, &KestrinView::onScanMarker},        {17, &KestrinView::onScanMarkerSnap},
+            {15, &KestrinView::onChangeApp},         {19, &KestrinView::onStartQRScanner},
+            {20, &KestrinView::onStopQRScanner},
         });
     }
 };

@@ -66,6 +66,7 @@ class PlatformTest : public ::testing::Test {
     PlatformTest() { platform::installPlatform(system); }
     ~PlatformTest() override {
         system->queues.drop();
+        system->app.presented.clear();
         resetSingletons();
         platform::installPlatform(nullptr);
     }
