@@ -47,7 +47,7 @@ class Viewer {
     Ending run();
 
   private:
-    void startServer();
+    void findApplication();
     void startRecorder();
     void installPlatform();
     void makeWindow();
@@ -62,6 +62,7 @@ class Viewer {
 
     const Arguments& m_arguments;
     std::optional<content::ContentServer> m_server; ///< of the page; empty when there is a key string
+    KestrinSettings m_settings;
     std::shared_ptr<gtk::LinuxPlatform> m_platform;
     std::shared_ptr<session::Recorder> m_recorder; ///< empty when nothing is recorded
     std::shared_ptr<session::SourcedTracking> m_tracking;
@@ -95,7 +96,7 @@ void Viewer::finishRecording() {
 }
 
 Ending Viewer::run() {
-    startServer();
+    findApplication();
     startRecorder();
     installPlatform();
     makeWindow();
@@ -108,12 +109,14 @@ Ending Viewer::run() {
     return m_ending;
 }
 
-void Viewer::startServer() {
-    if (m_arguments.key)
-        return;
-    m_server.emplace(applicationOf(m_arguments));
-    if (const auto wrong = m_server->start())
-        throw std::runtime_error(*wrong);
+void Viewer::findApplication() {
+    if (!m_arguments.key) {
+        m_server.emplace(applicationOf(m_arguments));
+        if (const auto wrong = m_server->start())
+            throw std::runtime_error(*wrong);
+    }
+    m_settings = KestrinSettings::initWithKeyString(m_server ? m_server->keyString(content::Form::Direct)
+                                                             : *m_arguments.key);
 }
 
 void Viewer::startRecorder() {
@@ -195,8 +198,7 @@ void Viewer::addKeys() {
 void Viewer::startView() {
     m_view = KestrinCVSession::initKestrinView();
     gtk_window_set_child(m_window.get(), gtk::widget(*m_view));
-    m_view->setup(KestrinSettings::initWithKeyString(m_server ? m_server->keyString(content::Form::Direct)
-                                                              : *m_arguments.key));
+    m_view->setup(m_settings);
     m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
                                      [this](const auto& event) { m_tally.update(event); });
     m_view->startWithCallback([this] {
