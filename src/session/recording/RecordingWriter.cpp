@@ -43,7 +43,7 @@ struct RecordingWriter::State {
 
 RecordingWriter::RecordingWriter(std::unique_ptr<State> state) : m_state(std::move(state)) {}
 
-RecordingWriter::~RecordingWriter() { finish(); }
+RecordingWriter::~RecordingWriter() = default;
 
 std::variant<std::unique_ptr<RecordingWriter>, RecordingError>
 RecordingWriter::create(const std::filesystem::path& folder, const RecordingInfo& info) {

@@ -16,7 +16,7 @@ class RecordingWriter {
     /// Makes the folder `NAME.krs`, which must not exist yet.
     static std::variant<std::unique_ptr<RecordingWriter>, RecordingError>
     create(const std::filesystem::path& folder, const RecordingInfo& info);
-    ~RecordingWriter(); ///< finishes
+    ~RecordingWriter(); ///< without finish() before, the recording stays an interrupted one
     RecordingWriter(const RecordingWriter&) = delete;
     RecordingWriter& operator=(const RecordingWriter&) = delete;
 

@@ -94,6 +94,7 @@ inline void record(const std::filesystem::path& folder, const std::vector<Record
     for (std::size_t i = 0; i < frames.size(); ++i)
         if (const auto error = writer->add(frames[i], testPicture(96, 64, unsigned(i))))
             ADD_FAILURE() << error->text;
+    EXPECT_FALSE(writer->finish());
 }
 
 inline std::unique_ptr<RecordingReader> openRecording(const std::filesystem::path& folder,

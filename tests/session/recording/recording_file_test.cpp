@@ -62,6 +62,7 @@ TEST_F(RecordingFile, PicturesOfOddSizesKeepEveryPixel) {
     createRecording(folder, testInfo(161, 121))->add(testFrame(0), was);
     Nv12Buffer back(161, 121), other(160, 121);
     const auto reader = openRecording(folder);
+    EXPECT_FALSE(reader->isFinished()) << "the writer was given up";
     EXPECT_TRUE(reader->picture(0, back));
     EXPECT_EQ(pixelsOf(back), pixelsOf(was));
     EXPECT_FALSE(reader->picture(0, other));
