@@ -79,10 +79,10 @@ TEST(QrScan, ReadsEveryCodeOfAFrameAndHoldsNoMoreThanThePool) {
         {"name": "b", "text": "turned \u00e9", "center": [0.5, 1, -2], "facing": [0, 0, 1], "up": [1, 0.6, 0], "width": 0.5}],
       "camera": {"period": 1, "path": [{"time": 0, "position": [0, 1, 0], "lookAt": [0, 1, -1]}]}})");
     Scan scan(options);
-    int frames = 0;
+    ASSERT_TRUE(scan.system->room.step()) << "the first takes its time on a busy machine";
+    int frames = 1;
     while (scan.system->room.step(1))
         ++frames;
-    EXPECT_GE(frames, 1);
     EXPECT_LE(frames, 3);
     EXPECT_EQ(scan.system->queues.waitingWorkerTasks(), std::size_t(frames)) << "every frame is looked at";
     scan.look();
