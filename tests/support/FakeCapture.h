@@ -53,8 +53,8 @@ class FakeCamera : public platform::CaptureDevice, public std::enable_shared_fro
     };
     struct Input : platform::CaptureInput {
         explicit Input(std::shared_ptr<FakeCamera> c) : camera(std::move(c)) {}
-        std::unique_ptr<platform::CaptureSession> makeSession(platform::CaptureOutput output) override {
-            camera->output = std::move(output);
+        std::unique_ptr<platform::CaptureSession> makeSession(platform::CaptureOutput asked) override {
+            camera->output = std::move(asked);
             return std::make_unique<Session>(camera);
         }
         const std::shared_ptr<FakeCamera> camera;
