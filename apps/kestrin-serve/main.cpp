@@ -1,7 +1,7 @@
 #include "Arguments.h"
 
 #include "content/ContentServer.h"
-#include "content/lookup/FeatureLookup.h"
+#include "content/lookup/CameraLookup.h"
 
 #include <boost/json.hpp>
 #include <glib-unix.h>
@@ -66,7 +66,7 @@ int run(const serve::Arguments& arguments) {
     options.address = arguments.address;
     options.port = arguments.port;
     options.hostNames = arguments.hostNames;
-    options.lookup = std::make_shared<content::FeatureLookup>();
+    options.lookup = std::make_shared<content::CameraLookup>();
     if (arguments.logs)
         options.log = log;
     Interrupts interrupts;

@@ -27,6 +27,15 @@ struct Trigger {
     bool operator==(const Trigger&) const = default;
 };
 
+/// A printed text that the camera recognises.
+struct PrintedText {
+    std::string id;
+    /// The id of the scene that it opens.
+    std::string scene;
+    std::string text;
+    bool operator==(const PrintedText&) const = default;
+};
+
 /// What a content server says and serves about one application. A plain value; texts are UTF-8.
 struct Application {
     /// A UUID. Left empty, it is derived from the path of `page`: the same page has the same id in every run.
@@ -41,6 +50,7 @@ struct Application {
     std::string theme;
     std::vector<Entry> scenes, pages;
     std::vector<Trigger> triggers;
+    std::vector<PrintedText> texts;
     /// Where the triggers' pictures are.
     std::filesystem::path folder;
     /// The name under which look-ups reach the server through a host map: letters, digits, dots, hyphens.

@@ -2,6 +2,7 @@
 
 #include "content/Field.h"
 #include "content/OpenFile.h"
+#include "content/TextMatch.h"
 
 #include <boost/json.hpp>
 #include <gio/gio.h>
@@ -18,6 +19,7 @@ namespace fs = std::filesystem;
 namespace json = boost::json;
 
 constexpr std::uintmax_t kLargest = 4 << 20;
+constexpr std::size_t kLongestText = 200; // bytes
 
 json::value parse(const fs::path& file) {
     std::error_code missing;
@@ -74,12 +76,12 @@ std::vector<Entry> entriesIn(const Field& list, std::set<std::string>& ids) {
     return entries;
 }
 
-/// Reads the triggers of an application whose scenes are read.
-class Triggers {
+/// Reads the triggers and texts of an application whose scenes are read.
+class Recognised {
   public:
-    explicit Triggers(Application& application) : m_application(application) {}
+    explicit Recognised(Application& application) : m_application(application) {}
 
-    void read(const Field& item) {
+    void readTrigger(const Field& item) {
         item.allowOnly({"id", "scene", "picture", "width", "height"});
         Trigger trigger;
         trigger.id = idIn(item.member("id"), m_ids);
@@ -90,6 +92,15 @@ class Triggers {
         if (item.has("height"))
             trigger.height = item.member("height").positiveNumber();
         m_application.triggers.push_back(std::move(trigger));
+    }
+
+    void readText(const Field& item) {
+        item.allowOnly({"id", "scene", "text"});
+        const Field text = item.member("text");
+        if (plainWords(text.text()).empty() || text.text().size() > kLongestText)
+            text.refuse("expected letters or digits, at most " + std::to_string(kLongestText) + " bytes");
+        m_application.texts.push_back(
+            {idIn(item.member("id"), m_ids), sceneIn(item.member("scene")), text.text()});
     }
 
   private:
@@ -113,7 +124,8 @@ class Triggers {
 };
 
 void readInto(Application& application, const Field& root) {
-    root.allowOnly({"id", "title", "theme", "featureFlags", "template", "scenes", "pages", "triggers"});
+    root.allowOnly(
+        {"id", "title", "theme", "featureFlags", "template", "scenes", "pages", "triggers", "texts"});
     application.title = root.member("title").text();
     if (root.has("id")) {
         application.id = root.member("id").text();
@@ -134,9 +146,11 @@ void readInto(Application& application, const Field& root) {
         application.scenes = entriesIn(root.member("scenes"), ids);
     if (root.has("pages"))
         application.pages = entriesIn(root.member("pages"), ids);
-    Triggers triggers(application);
+    Recognised recognised(application);
     if (root.has("triggers"))
-        root.member("triggers").eachItem([&](const Field& item) { triggers.read(item); });
+        root.member("triggers").eachItem([&](const Field& item) { recognised.readTrigger(item); });
+    if (root.has("texts"))
+        root.member("texts").eachItem([&](const Field& item) { recognised.readText(item); });
 }
 
 Application readFolder(const fs::path& folder) {

@@ -21,6 +21,7 @@ class ServerRun;
 ///     GET  /api/v2/application/ID/scene               its scenes; of one title with ?filter[title]=TITLE
 ///     GET  /api/v2/application/ID/page                its pages, likewise
 ///     POST /api/v2/triggersnap/find                   the trigger that a picture shows; with a look-up only
+///     POST /api/v2/triggertext/find                   the text that a picture shows, likewise
 ///     GET  /template/...                              the files of its page
 ///     GET  /picture/...                               the pictures of its triggers
 ///

@@ -5,6 +5,7 @@
 
 #include <boost/json.hpp>
 
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -81,20 +82,45 @@ void resume(const Pending& pending) {
     soup_server_message_unpause(pending.message.get());
 }
 
-std::string triggerRecord(const Trigger& trigger) {
-    return json::serialize(
-        json::object{{"id", trigger.id}, {"type", "trigger"}, {"scene_id", trigger.scene}});
+template <class Found>
+std::optional<std::string> recordOf(const Found* found, const char* type) {
+    if (!found)
+        return std::nullopt;
+    return json::serialize(json::object{{"id", found->id}, {"type", type}, {"scene_id", found->scene}});
+}
+
+void look(PictureLookup& lookup, Sought sought, const Application& application, const std::string& picture,
+          const std::stop_token& stop, Pending& pending) {
+    try {
+        const bool isText = sought == Sought::Text;
+        if (auto record = isText ? recordOf(lookup.findText(application, picture, stop), "text")
+                                 : recordOf(lookup.findTrigger(application, picture, stop), "trigger"))
+            pending.body = std::move(*record);
+        else
+            pending.fail(SOUP_STATUS_NOT_FOUND, isText ? "the picture shows no text of the application"
+                                                       : "the picture shows no trigger");
+    } catch (const UnreadablePicture& wrong) {
+        pending.fail(SOUP_STATUS_BAD_REQUEST, wrong.what());
+    } catch (const std::exception& failure) {
+        pending.fail(SOUP_STATUS_INTERNAL_SERVER_ERROR, failure.what());
+    }
 }
 
 } // namespace
 
 void Lookups::prepare(std::shared_ptr<const Application> application) {
-    m_queue.post([lookup = m_lookup, application = std::move(application)](
-                     std::stop_token stop) { lookup->prepare(*application, std::move(stop)); },
-                 nullptr);
+    m_queue.post(
+        [lookup = m_lookup, application = std::move(application)](std::stop_token stop) {
+            try {
+                lookup->prepare(*application, std::move(stop));
+            } catch (const std::exception&) { // which the look-ups meet, and answer, too
+            }
+        },
+        nullptr);
 }
 
-void Lookups::findTrigger(SoupServerMessage* message, std::shared_ptr<const Application> application) {
+void Lookups::find(Sought sought, SoupServerMessage* message,
+                   std::shared_ptr<const Application> application) {
     Question question;
     try {
         question = questionIn(message);
@@ -102,23 +128,16 @@ void Lookups::findTrigger(SoupServerMessage* message, std::shared_ptr<const Appl
         replyWithError(message, SOUP_STATUS_BAD_REQUEST, wrong.what());
         return;
     }
-    if (question.applicationId != application->id) {
+    if (!question.applicationId.empty() && question.applicationId != application->id) {
         replyWithError(message, SOUP_STATUS_NOT_FOUND, "no such application: " + question.applicationId);
         return;
     }
     const auto pending = suspend(message);
-    const auto look = [pending, lookup = m_lookup, application,
-                       picture = std::move(question.picture)](const std::stop_token&) {
-        try {
-            if (const Trigger* const trigger = lookup->findTrigger(*application, picture))
-                pending->body = triggerRecord(*trigger);
-            else
-                pending->fail(SOUP_STATUS_NOT_FOUND, "the picture shows no trigger");
-        } catch (const std::exception& wrong) {
-            pending->fail(SOUP_STATUS_BAD_REQUEST, wrong.what());
-        }
+    const auto work = [pending, sought, lookup = m_lookup, application,
+                       picture = std::move(question.picture)](const std::stop_token& stop) {
+        look(*lookup, sought, *application, picture, stop, *pending);
     };
-    if (m_queue.post(look, [pending] { resume(*pending); }))
+    if (m_queue.post(work, [pending] { resume(*pending); }))
         return;
     pending->fail(SOUP_STATUS_SERVICE_UNAVAILABLE, "too many pictures wait to be looked at");
     resume(*pending);

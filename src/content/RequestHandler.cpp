@@ -46,6 +46,14 @@ std::optional<std::string> titleFilter(SoupServerMessage* message) {
     return title ? std::optional<std::string>(static_cast<const char*>(title)) : std::nullopt;
 }
 
+struct LookupAddress {
+    std::string_view path;
+    Sought sought;
+};
+
+constexpr LookupAddress kLookups[]{{"/api/v2/triggersnap/find", Sought::Trigger},
+                                   {"/api/v2/triggertext/find", Sought::Text}};
+
 } // namespace
 
 RequestHandler::RequestHandler(Application application, std::string endpoint, Lookups* lookups)
@@ -64,14 +72,19 @@ std::string RequestHandler::templateUrl(Form form) const {
     return "https://" + (form == Form::Direct ? m_endpoint : host(form)) + "/template/" + page.get();
 }
 
-bool RequestHandler::readsBody(SoupServerMessage* message) const {
-    return m_lookups && soup_server_message_get_method(message) == SOUP_METHOD_POST &&
-           pathOf(message) == std::string_view("/api/v2/triggersnap/find");
+std::optional<Sought> RequestHandler::lookUpIn(SoupServerMessage* message) const {
+    const auto* const asked =
+        std::find_if(std::begin(kLookups), std::end(kLookups),
+                     [&](const LookupAddress& entry) { return entry.path == pathOf(message); });
+    const bool isPost = soup_server_message_get_method(message) == SOUP_METHOD_POST;
+    return m_lookups && isPost && asked != std::end(kLookups) ? std::optional(asked->sought) : std::nullopt;
 }
 
+bool RequestHandler::readsBody(SoupServerMessage* message) const { return lookUpIn(message).has_value(); }
+
 void RequestHandler::answer(SoupServerMessage* message, BreakOff breakOff) const {
-    if (readsBody(message)) {
-        m_lookups->findTrigger(message, m_application);
+    if (const auto sought = lookUpIn(message)) {
+        m_lookups->find(*sought, message, m_application);
         return;
     }
     const char* const method = soup_server_message_get_method(message);

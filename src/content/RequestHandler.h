@@ -9,6 +9,7 @@
 #include <libsoup/soup.h>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,7 @@ class RequestHandler {
   private:
     using Segments = std::vector<std::string>;
 
+    std::optional<Sought> lookUpIn(SoupServerMessage* message) const;
     void answerApplication(SoupServerMessage* message, const Segments& path) const;
     void answerTemplate(SoupServerMessage* message, const Segments& path, BreakOff breakOff) const;
     void answerPicture(SoupServerMessage* message, const Segments& path, BreakOff breakOff) const;

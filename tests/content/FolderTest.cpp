@@ -19,7 +19,8 @@ json::object description() {
         "scenes": [{"id": "s1", "title": "Boat & sea+sky"}, {"id": "s2", "title": "Hall"}, {"id": "s3", "title": "Hall"}],
         "pages": [{"id": "p1", "title": "Hall"}],
         "triggers": [{"id": "boat", "scene": "s1", "picture": "pictures/a boat.jpg", "width": 210, "height": 297.5},
-                     {"id": "sea", "scene": "s2", "picture": "pictures/a boat.jpg"}]})")
+                     {"id": "sea", "scene": "s2", "picture": "pictures/a boat.jpg"}],
+        "texts": [{"id": "name", "scene": "s1", "text": "The Boat"}]})")
         .as_object();
 }
 
@@ -120,6 +121,9 @@ TEST_F(FolderTest, NamesFileAndField) {
     const auto trigger = [&](const char* name, json::value value) {
         return with([&](json::object& o) { o["triggers"].at(1).as_object()[name] = value; });
     };
+    const auto printed = [&](const char* name, json::value value) {
+        return with([&](json::object& o) { o["texts"].at(0).as_object()[name] = value; });
+    };
     const std::pair<std::string, std::string> cases[] = {
         {"{\n\"title\": \"a\",\n\"id\" 7}", "line 3: is not JSON"},
         {R"({"title": "a"} more)", "line 1: is not JSON"},
@@ -144,6 +148,11 @@ TEST_F(FolderTest, NamesFileAndField) {
         {trigger("picture", "../secret.txt"), "triggers[1].picture: \"../secret.txt\" is not inside"},
         {trigger("picture", "/etc/passwd"), "triggers[1].picture: \"/etc/passwd\" is not inside"},
         {trigger("picture", "pictures"), "triggers[1].picture: \"pictures\" is not a file"},
+        {printed("id", "boat"), "texts[0].id: \"boat\" is there twice"},
+        {printed("scene", 7), "texts[0].scene: expected a text"},
+        {printed("text", "?!"), "texts[0].text: expected letters or digits, at most 200 bytes"},
+        {printed("text", json::string(201, 'x')),
+         "texts[0].text: expected letters or digits, at most 200 bytes"},
         {trigger("width", 0), "triggers[1].width: expected a number above 0"},
         {trigger("height", "tall"), "triggers[1].height: expected a number above 0"},
     };

@@ -2,8 +2,6 @@
 
 #include "content/lookup/GrayPicture.h"
 
-#include <stdexcept>
-
 namespace kestrin::content {
 namespace {
 
@@ -13,7 +11,7 @@ constexpr int kViewSide = 800, kViewFeatures = 1000;
 
 } // namespace
 
-void FeatureLookup::prepare(const Application& application, std::stop_token stop) {
+void FeatureLookup::prepare(const Application& application, const std::stop_token& stop) {
     std::map<std::filesystem::path, Known> stillKnown;
     for (const Trigger& trigger : application.triggers)
         if (auto known = m_known.extract(application.folder / trigger.picture))
@@ -24,19 +22,20 @@ void FeatureLookup::prepare(const Application& application, std::stop_token stop
             featuresIn(application.folder / trigger.picture);
 }
 
-const Trigger* FeatureLookup::findTrigger(const Application& application, const std::string& jpeg) {
-    const cv::Mat view = decodeGray(jpeg, kViewSide);
-    if (view.empty())
-        throw std::runtime_error("the picture is not a JPEG that can be read");
-    const Features seen = featuresOf(view, kViewFeatures);
+const Trigger* FeatureLookup::find(const Application& application, const std::string& jpeg,
+                                   const std::stop_token& stop) {
+    const Features seen = featuresOf(decodeGray(jpeg, kViewSide), kViewFeatures);
     const Trigger* best = nullptr;
     int most = 0;
-    for (const Trigger& trigger : application.triggers)
+    for (const Trigger& trigger : application.triggers) {
+        if (stop.stop_requested())
+            break;
         if (const int common = commonFeatures(featuresIn(application.folder / trigger.picture), seen);
             common > most) {
             most = common;
             best = &trigger;
         }
+    }
     return best;
 }
 

@@ -1,6 +1,7 @@
 #include "content/lookup/GrayPicture.h"
 
 #include "content/GPointer.h"
+#include "content/PictureLookup.h"
 
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -13,6 +14,7 @@ namespace kestrin::content {
 namespace {
 
 constexpr std::int64_t kMostPixels = 32 << 20;
+constexpr const char* kUnreadable = "the picture is not a JPEG that can be read";
 
 cv::Mat shrunk(const cv::Mat& picture, int longest) {
     const double scale = double(longest) / std::max({picture.cols, picture.rows, 1});
@@ -33,11 +35,11 @@ cv::Mat decodeGray(const std::string& jpeg, int longest) {
     int width = 0, height = 0, subsampling = 0, space = 0;
     if (tjDecompressHeader3(decoder.get(), bytes, jpeg.size(), &width, &height, &subsampling, &space) != 0 ||
         width <= 0 || height <= 0 || std::int64_t(width) * height > kMostPixels)
-        return {};
+        throw UnreadablePicture(kUnreadable);
     cv::Mat picture(height, width, CV_8UC1, cv::Scalar(0));
     if (tjDecompress2(decoder.get(), bytes, jpeg.size(), picture.data, width, int(picture.step), height,
                       TJPF_GRAY, 0) != 0)
-        return {};
+        throw UnreadablePicture(kUnreadable);
     return shrunk(picture, longest);
 }
 
