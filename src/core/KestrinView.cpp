@@ -1,6 +1,7 @@
 #include "core/KestrinView.h"
 
 #include "bridge/KestrinWebView.h"
+#include "core/KestrinNavigator.h"
 #include "platform/Platform.h"
 #include "services/util/Format.h"
 #include "services/util/MainThread.h"
@@ -132,6 +133,10 @@ std::shared_ptr<View> KestrinView::getContentView() const {
 }
 
 std::shared_ptr<View> KestrinView::getParentView() { return shared(); }
+
+std::shared_ptr<KestrinNavigator> KestrinView::getNavigator() const {
+    return KestrinNavigator::initWithContext(held(m_WebView));
+}
 
 void KestrinView::evaluate(std::string script) {
     if (const auto web = held(m_WebView))

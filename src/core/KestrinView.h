@@ -20,6 +20,8 @@ namespace kestrin {
 class AppJSONStack;
 class CVManager;
 class ErrorPreviewView;
+class KestrinAppBridge;
+class KestrinNavigator;
 class KestrinTriggerList;
 class KestrinWebEventController;
 class KestrinWebView;
@@ -92,6 +94,10 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     /// Null before the first successful start.
     std::shared_ptr<platform::View> getContentView() const;
     std::shared_ptr<platform::View> getParentView();
+    /// Drives the page there is now, if any; a new one at each call. Thread: any.
+    std::shared_ptr<KestrinNavigator> getNavigator() const;
+    /// Opens objects of the application set up last; null before `setup`.
+    std::shared_ptr<KestrinAppBridge> getAsyncBridge() const { return m_AppBridge; }
 
     /// Thread: any, diverted without a word.
     void addToParentView(const std::shared_ptr<platform::View>& parent);
@@ -210,6 +216,7 @@ class KestrinView : public platform::View, public CVManagerDelegate {
 
     std::shared_ptr<AppJSONStack> m_JsonStack;
     KestrinSettings m_Settings;
+    std::shared_ptr<KestrinAppBridge> m_AppBridge;
     bool m_isEventRegistered = false;
     std::atomic<bool> m_isUserPaused = false;   ///< the host paused
     std::atomic<bool> m_isSystemPaused = false; ///< the page paused or stopped the engine

@@ -1,4 +1,5 @@
 #include "bridge/AppJSONStack.h"
+#include "bridge/KestrinAppBridge.h"
 #include "bridge/KestrinWebEventController.h"
 #include "bridge/KestrinWebView.h"
 #include "core/KestrinView.h"
@@ -57,6 +58,7 @@ void KestrinView::setup(const std::optional<KestrinSettings>& settings) {
         hold(m_EventController, KestrinWebEventController::initWithMain(m_WebView));
     if (!m_JsonStack)
         m_JsonStack = std::make_shared<AppJSONStack>(m_WebView);
+    m_AppBridge = KestrinAppBridge::initWith(m_JsonStack, m_Settings);
     registerCallbacks();
 }
 

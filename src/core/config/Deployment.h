@@ -6,8 +6,9 @@ namespace kestrin {
 
 /// What the maker of a product settles once.
 struct Deployment {
-    /// The maker's public web site.
+    /// The maker's public web site, and its bare domain, which leads there.
     static constexpr const char* kWebHost = "www.kestrin.example";
+    static constexpr const char* kWebDomain = "kestrin.example";
     /// The default server.
     static constexpr const char* kApplicationHost = "apps.kestrin.example";
     /// Named to the person who meets a broken build.

@@ -22,13 +22,6 @@ struct ExternalIntent {
     Snapshot<std::shared_ptr<const json::value>> value;
 };
 
-/// A text as it is, any other value as its JSON; none for JSON null.
-std::optional<std::string> asFound(const json::value* value) {
-    if (!isPresent(value))
-        return std::nullopt;
-    return value->is_string() ? textOf(value) : serializeJson(*value);
-}
-
 } // namespace
 
 InvalidSettings::InvalidSettings() : std::runtime_error(std::string(kName) + " - " + reason()) {}
@@ -78,7 +71,7 @@ std::optional<std::string> KestrinSettings::getApplicationID() const {
     const json::array* list = commands ? commands->if_array() : nullptr;
     if (!list || list->empty())
         return std::nullopt;
-    return asFound(findMember(&list->front(), {"data", "appID"}));
+    return textOrJsonOf(findMember(&list->front(), {"data", "appID"}));
 }
 
 void KestrinSettings::reformatUrl() {

@@ -105,6 +105,12 @@ std::optional<std::string> textOf(const json::value* value) {
     return text ? std::optional(std::string(text->data(), text->size())) : std::nullopt;
 }
 
+std::optional<std::string> textOrJsonOf(const json::value* value) {
+    if (!isPresent(value))
+        return std::nullopt;
+    return value->is_string() ? textOf(value) : serializeJson(*value);
+}
+
 std::optional<std::int32_t> wholeNumberOf(const json::value* value) {
     if (!value || !(value->is_number() || value->is_bool()))
         return std::nullopt;

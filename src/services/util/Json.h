@@ -42,6 +42,8 @@ bool isPresent(const boost::json::value* value);
 bool isTrue(const boost::json::value* value);
 /// None for anything but text.
 std::optional<std::string> textOf(const boost::json::value* value);
+/// A text as it is, any other value as its JSON; none for JSON null.
+std::optional<std::string> textOrJsonOf(const boost::json::value* value);
 /// A number without its fraction (7.9 is 7), kept within the type; none for anything but a number or boolean.
 std::optional<std::int32_t> wholeNumberOf(const boost::json::value* value);
 

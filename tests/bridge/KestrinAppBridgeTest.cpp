@@ -1,0 +1,84 @@
+#include "bridge/KestrinAppBridge.h"
+#include "WebViewTest.h"
+#include "bridge/AppJSONStack.h"
+#include "services/util/Base64.h"
+#include "services/util/Format.h"
+
+#include <gmock/gmock.h>
+
+using namespace kestrin;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Optional;
+
+namespace {
+
+struct KestrinAppBridgeTest : test::WebViewTest {
+    KestrinAppBridgeTest() {
+        prepare();
+        KestrinSettings settings;
+        settings.setTemplateUrl("https://shop.example/template");
+        settings.mCommand = base64Encode(R"([{"data":{"appID":"A 1"}}])");
+        bridge = KestrinAppBridge::initWith(std::make_shared<AppJSONStack>(webView), settings);
+    }
+    std::vector<std::string> sent() { return std::exchange(page().scripts, {}); }
+    static std::string trigger(std::string_view type, std::string_view id) {
+        return format(
+            "window.kestrinSDKEventHandler('%@');",
+            base64Encode(format(R"([{"eventName":"sdkTrigger","data":{"type":"%@","id":"%@"}}])", type, id)));
+    }
+    /// The whole address is escaped, so that it names no server; the look-up is answered here all the same.
+    void answer(const std::string& type, const std::string& body) {
+        system->server.answer("https:%2F%2Fshop.example%2Fapi%2Fv2%2Fapplication%2FA%201%2F" + type +
+                                  "%3Ffilter[title]=50%25%20%C3%BC",
+                              body);
+    }
+
+    std::shared_ptr<KestrinAppBridge> bridge;
+    const std::string title = "50% ü";
+};
+
+} // namespace
+
+TEST_F(KestrinAppBridgeTest, OpensWhatHasAnIdentifierAtOnce) {
+    bridge->openScene("S");
+    bridge->openPage("P");
+    bridge->openApplication("");
+    bridge->open(KestrinID::initWith("other", "O"));
+    EXPECT_THAT(sent(), ElementsAre(trigger("scene", "S"), trigger("page", "P"), trigger("application", ""),
+                                    trigger("other", "O")));
+    EXPECT_EQ(takeLog()[0], "KestrinAppBridge - Opening Arbitrary Action Type = scene UUID = S");
+    bridge->openScene(std::nullopt);
+    bridge->open(std::nullopt);
+    bridge->openArbitrary(KestrinID::initWith(std::nullopt, "O"));
+    EXPECT_THAT(sent(), IsEmpty());
+    EXPECT_THAT(takeLog(), IsEmpty());
+    KestrinAppBridge::initWith(nullptr, {})->openScene("S");
+}
+
+TEST_F(KestrinAppBridgeTest, FindsByTitleInTheServersOrder) {
+    answer("page", R"({"data":[{"name":"x"},5,{"id":"2"},{"id":3},{"id":null},{"id":"1"}]})");
+    std::optional<std::vector<KestrinID>> found;
+    const auto keep = [&](const auto& ids) { found = ids; };
+    bridge->findPageByName(title, keep);
+    EXPECT_EQ(found, std::nullopt) << "not inside the call";
+    runMain();
+    const auto page = [](std::optional<std::string> id) { return KestrinID::initWith("page", id); };
+    EXPECT_THAT(found, Optional(ElementsAre(page("2"), page("3"), page(std::nullopt), page("1"))));
+    bridge->openPageByName(title);
+    runMain();
+    EXPECT_THAT(sent(), ElementsAre(trigger("page", "2")));
+    for (const char* nothing : {R"({"data":[{"name":"x"}]})", R"({"data":{"id":"1"}})", "[]", "<html>"}) {
+        takeLog();
+        answer("scene", nothing);
+        bridge->findSceneByName(title, keep);
+        bridge->openSceneByName(title);
+        runMain();
+        EXPECT_THAT(found, Optional(IsEmpty())) << nothing;
+        EXPECT_THAT(sent(), IsEmpty()) << nothing;
+    }
+    EXPECT_EQ(system->logSink.count("KestrinAppBridge - Unable to download"), 2);
+    EXPECT_EQ(takeLog()[0],
+              "KestrinAppBridge - Getting Object List from https:%2F%2Fshop.example%2Fapi%2Fv2%2Fapplication"
+              "%2FA%201%2Fscene%3Ffilter[title]=50%25%20%C3%BC");
+}
