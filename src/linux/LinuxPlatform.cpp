@@ -45,7 +45,8 @@ struct LinuxPlatform::Parts {
           application({options.orientation, options.screenSize}, dispatch, log),
           views(*log, [this](GtkWidget* root,
                              const platform::Size& size) { application.rootAllocated(root, size); }),
-          capture(options.camera, dispatch, log), gpu(log), http(dispatch, {.hostMap = options.hostMap}),
+          capture({options.camera, options.mirrorsCamera}, dispatch, log), gpu(log),
+          http(dispatch, {.hostMap = options.hostMap}),
           storage(options.bundle, options.applicationId, *log), permissions(grantsIn(options), dispatch),
           device(readDevice(options.applicationId)) {}
 

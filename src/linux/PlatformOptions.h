@@ -23,9 +23,11 @@ struct Options {
     LogLevel logLevel = LogLevel::info;
     /// Where connections to a host really go.
     HostMap hostMap;
-    /// The camera of capture without world tracking: its name or device file, "file:PATH" for a video that
-    /// plays again and again, "test" for a generated picture; empty takes any.
+    /// The camera: its name or device file, or a part of the name; "file:PATH" for a video that plays again
+    /// and again, "test" for a generated picture; empty takes any.
     std::string camera;
+    /// Left and right of its picture change places.
+    bool mirrorsCamera = false;
     /// Makes the source of world tracking. It may keep the orientation, which lives as long as the platform.
     std::function<std::shared_ptr<platform::WorldTracking>(const platform::InterfaceOrientation&)>
         worldTracking;

@@ -44,8 +44,10 @@ class CaptureSampleDelegate {
 struct CaptureOutput {
     /// A picture that comes while the delegate still has one to take is dropped; else it waits.
     bool alwaysDiscardsLateFrames = true;
-    /// What is asked of the device, pixels; one that cannot gives pictures of the nearest size it has.
+    /// What is asked of the device, pixels; one that cannot gives pictures of the nearest size it has,
     int width = 640, height = 480;
+    /// unless this asks for the middle of what the device gives, scaled to just that size.
+    bool exactSize = false;
     std::shared_ptr<SerialQueue> queue;
     std::weak_ptr<CaptureSampleDelegate> delegate;
 };
@@ -73,7 +75,7 @@ struct FrameRateRange {
     bool operator==(const FrameRateRange&) const = default;
 };
 
-/// A camera. Thread: main.
+/// A camera. Nothing here waits for it. Thread: any, one at a time.
 class CaptureDevice {
   public:
     virtual ~CaptureDevice() = default;
@@ -84,7 +86,8 @@ class CaptureDevice {
     /// Lets it focus by itself, smoothly, and take up to `maximumFrameDuration` seconds for a picture and no
     /// longer, as far as it can.
     virtual void focusContinuously(double maximumFrameDuration) = 0;
-    /// Opens it, or says why it cannot be opened. Answers within some seconds whatever the camera does.
+    /// Opens it, or says why it cannot be opened. What shows only when its session starts is that session's
+    /// failure.
     virtual std::variant<std::shared_ptr<CaptureInput>, std::string> open() = 0;
 };
 
@@ -92,8 +95,9 @@ class CaptureDevice {
 class CaptureSystem {
   public:
     virtual ~CaptureSystem() = default;
-    /// Those that look at the surroundings, the preferred one last. Answers within some seconds. Thread:
-    /// main.
+    /// Those that look at the surroundings, the preferred one last, as they are known at the moment: they are
+    /// looked for in the background. Only while the first look goes on does it wait, half a second at most.
+    /// Thread: any.
     virtual std::vector<std::shared_ptr<CaptureDevice>> backCameras() = 0;
 };
 

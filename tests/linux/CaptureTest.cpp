@@ -97,29 +97,33 @@ TEST_F(CaptureTest, DropsLatePicturesAndThoseBeyondItsPool) {
 TEST_F(CaptureTest, AFilePlaysAgainAndAgainInFullRange) {
     const kestrin::test::TemporaryFolder folder;
     const std::string clip = folder / "clip.mkv";
-    make("videotestsrc pattern=white num-buffers=5 ! "
-         "video/x-raw,format=I420,width=322,height=240,framerate=20/1,"
-         "colorimetry=bt601 ! matroskamux ! filesink location=" +
-         clip);
-    ASSERT_TRUE(open("file:" + clip)) << lastLine();
-    access().start();
-    ASSERT_TRUE(consumer->waitFor(13));
-    access().stop();
-    EXPECT_EQ(consumer->size, (Size{322, 240}));
-    EXPECT_GE(pixel(*consumer->newest, 100, 100)[0], 252) << "not 235; the conversion is that exact";
-    EXPECT_TRUE(std::ranges::is_sorted(consumer->times));
-    EXPECT_GT(consumer->times[12] - consumer->times[0], 0.5) << "at its own pace";
+    struct Case {
+        std::string pattern, colours;
+        std::array<int, 3> expected;
+    };
+    for (const auto& [pattern, colours, expected] :
+         {Case{"white", "bt601", {255, 128, 128}}, Case{"red", "bt709", {77, 85, 255}}, // 63, 102, 240
+          Case{"red", "1:4:7:1", {81, 90, 240}}}) {
+        make("videotestsrc num-buffers=5 pattern=" + pattern +
+             " ! video/x-raw,format=I420,width=322,height=240,framerate=20/1,colorimetry=" + colours +
+             " ! matroskamux ! filesink location=" + clip);
+        ASSERT_TRUE(open("file:" + clip)) << lastLine();
+        access().start();
+        ASSERT_TRUE(consumer->waitFor(13));
+        access().stop();
+        EXPECT_EQ(consumer->size, (Size{322, 240}));
+        EXPECT_EQ(pixel(*consumer->newest, 101, 101), expected) << colours;
+        EXPECT_TRUE(std::ranges::is_sorted(consumer->times));
+        EXPECT_GT(consumer->times[12] - consumer->times[0], 0.5) << "at its own pace";
+    }
 }
 
 TEST_F(CaptureTest, SaysWhatItCannotOpen) {
     const kestrin::test::TemporaryFolder folder;
     folder.write("text.mkv", "no video");
-    EXPECT_FALSE(open("a camera that nobody has"));
-    EXPECT_EQ(lastLine(), "Kestrin::YUVCameraAccess::initialise::Couldn't find suitable camera.");
     for (const char* name : {"absent.mkv", "text.mkv"}) {
         EXPECT_FALSE(open("file:" + (folder / name).string()));
-        EXPECT_THAT(lastLine(), HasSubstr("Couldn't initialise device input. Error = "));
-        EXPECT_THAT(lastLine(), testing::Not(HasSubstr("does not answer"))) << "it says why";
+        EXPECT_THAT(lastLine(), testing::MatchesRegex(".*Couldn't initialise device input. Error = .+"));
     }
 }
 

@@ -27,7 +27,7 @@ inline bool waitUntil(const std::function<bool()>& done) {
 /// The fake platform, with queues that have threads and real cameras.
 struct CameraPlatform : kestrin::test::FakePlatform {
     explicit CameraPlatform(const std::string& camera)
-        : threads(sharedLog), cameras(camera, threads, sharedLog) {}
+        : threads(sharedLog), cameras({camera}, threads, sharedLog) {}
     platform::Dispatch& dispatch() override { return threads; }
     platform::CaptureSystem& capture() override { return cameras; }
     platform::LogSink& log() override { return *sharedLog; }
@@ -75,6 +75,7 @@ struct CaptureTest : testing::Test {
         close();
         system = std::make_shared<CameraPlatform>(camera);
         platform::installPlatform(system);
+        waitUntil([this] { return !system->cameras.backCameras().empty(); });
         return reopen();
     }
     bool reopen() {

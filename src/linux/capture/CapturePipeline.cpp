@@ -8,15 +8,8 @@ namespace kestrin::gtk {
 
 namespace {
 
-constexpr int kPictures = 8;                     ///< that may be out at a time; those beyond are dropped
-constexpr GstClockTime kLook = 20 * GST_MSECOND; ///< at an opening
-constexpr int kLooks = 200;
+constexpr int kPictures = 8;       ///< that may be out at a time; those beyond are dropped
 constexpr int kLongestSilence = 5; ///< seconds
-
-// Through BGRx: from limited to full range of the same matrix the converter changes nothing but the name.
-constexpr const char* kConversion = "videoconvert ! video/x-raw,format=BGRx ! videoconvert ! "
-                                    "video/x-raw,format=NV12,colorimetry=1:4:7:1 ! "
-                                    "appsink name=pictures max-buffers=1 drop=true";
 
 using Weak = std::weak_ptr<CapturePipeline>;
 
@@ -33,24 +26,42 @@ void onPad(GstElement*, GstPad* pad, gpointer conversion) {
         gst_pad_link(pad, sink.get());
 }
 
+/// Leaves the colours of YCbCr to the end, where they are converted exactly; others become what is wanted.
+GstPadProbeReturn onFormat(GstPad*, GstPadProbeInfo* info, gpointer filter) {
+    GstEvent* event = gst_pad_probe_info_get_event(info);
+    if (GST_EVENT_TYPE(event) != GST_EVENT_CAPS)
+        return GST_PAD_PROBE_OK;
+    GstCaps* caps = nullptr;
+    gst_event_parse_caps(event, &caps);
+    GstVideoInfo video;
+    const bool isYuv = gst_video_info_from_caps(&video, caps) && GST_VIDEO_INFO_IS_YUV(&video);
+    const GText colours(isYuv ? gst_video_colorimetry_to_string(&video.colorimetry) : nullptr);
+    const GstCapsPtr wanted(gst_caps_new_simple("video/x-raw", "format", G_TYPE_STRING, "NV12", "colorimetry",
+                                                G_TYPE_STRING, colours ? colours.get() : "1:4:7:1", nullptr));
+    g_object_set(filter, "caps", wanted.get(), nullptr);
+    return GST_PAD_PROBE_OK;
+}
+
 GRef<GstElement> makeElement(const char* factory) {
     return GRef<GstElement>::refSink(gst_element_factory_make(factory, nullptr));
 }
 
 } // namespace
 
-std::shared_ptr<CapturePipeline> CapturePipeline::make(PictureSource source,
+std::shared_ptr<CapturePipeline> CapturePipeline::make(PictureSource source, platform::CaptureOutput output,
                                                        std::shared_ptr<platform::SerialQueue> control,
                                                        std::shared_ptr<platform::LogSink> log) {
     const auto end = [control](CapturePipeline* pipeline) {
         control->async([pipeline] { delete pipeline; });
     };
-    return {new CapturePipeline(std::move(source), control, std::move(log)), end};
+    return {new CapturePipeline(std::move(source), std::move(output), control, std::move(log)), end};
 }
 
-CapturePipeline::CapturePipeline(PictureSource source, std::shared_ptr<platform::SerialQueue> control,
+CapturePipeline::CapturePipeline(PictureSource source, platform::CaptureOutput output,
+                                 std::shared_ptr<platform::SerialQueue> control,
                                  std::shared_ptr<platform::LogSink> log)
-    : m_source(std::move(source)), m_control(std::move(control)), m_log(std::move(log)) {}
+    : m_source(std::move(source)), m_output(std::move(output)), m_control(std::move(control)),
+      m_log(std::move(log)) {}
 
 CapturePipeline::~CapturePipeline() {
     unwatch();
@@ -58,22 +69,38 @@ CapturePipeline::~CapturePipeline() {
         gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
 }
 
+std::string CapturePipeline::conversion() const {
+    const std::string width = std::to_string(m_output.width), height = std::to_string(m_output.height);
+    std::string chain = "videoconvert name=convert ! capsfilter name=colours";
+    if (m_output.exactSize)
+        chain += " ! aspectratiocrop aspect-ratio=" + width + "/" + height +
+                 " ! videoscale ! video/x-raw,pixel-aspect-ratio=1/1,width=" + width + ",height=" + height;
+    if (m_source.isMirrored)
+        chain += " ! videoflip method=horizontal-flip";
+    return chain + " ! appsink name=pictures max-buffers=1 drop=true";
+}
+
 bool CapturePipeline::build() {
-    const auto decoder = makeElement("decodebin");
+    const auto filter = makeElement("capsfilter"), decoder = makeElement("decodebin");
     const auto conversion =
-        GRef<GstElement>::refSink(gst_parse_bin_from_description(kConversion, TRUE, nullptr));
-    m_filter = makeElement("capsfilter");
-    if (!m_source.element || !decoder || !conversion || !m_filter)
+        GRef<GstElement>::refSink(gst_parse_bin_from_description(this->conversion().c_str(), TRUE, nullptr));
+    if (!decoder || !conversion || !filter)
         return false;
     m_pipeline = GRef<GstElement>::refSink(gst_pipeline_new("camera"));
     m_sink = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(conversion.get()), "pictures"));
     g_object_set(m_sink.get(), "sync", gboolean(!m_source.isLive), nullptr);
     g_object_set(decoder.get(), "force-sw-decoders", TRUE, nullptr);
-    gst_bin_add_many(GST_BIN(m_pipeline.get()), m_source.element.get(), m_filter.get(), decoder.get(),
+    if (m_source.mode)
+        g_object_set(filter.get(), "caps", m_source.mode.get(), nullptr);
+    gst_bin_add_many(GST_BIN(m_pipeline.get()), m_source.element.get(), filter.get(), decoder.get(),
                      conversion.get(), nullptr);
     g_signal_connect(decoder.get(), "pad-added", G_CALLBACK(onPad), conversion.get());
+    const auto convert = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(conversion.get()), "convert"));
+    const auto colours = GRef<GstElement>::adopt(gst_bin_get_by_name(GST_BIN(conversion.get()), "colours"));
+    const auto pad = GRef<GstPad>::adopt(gst_element_get_static_pad(convert.get(), "sink"));
+    gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onFormat, colours.get(), nullptr);
     listen();
-    return gst_element_link_many(m_source.element.get(), m_filter.get(), decoder.get(), nullptr);
+    return gst_element_link_many(m_source.element.get(), filter.get(), decoder.get(), nullptr);
 }
 
 void CapturePipeline::listen() {
@@ -93,31 +120,6 @@ void CapturePipeline::listen() {
         return GST_FLOW_OK;
     };
     gst_app_sink_set_callbacks(GST_APP_SINK(m_sink.get()), &callbacks, new Weak(weak_from_this()), forget);
-}
-
-std::optional<std::string> CapturePipeline::open() {
-    if (!build())
-        return "GStreamer lacks an element for it";
-    gst_element_set_state(m_pipeline.get(), m_source.isLive ? GST_STATE_READY : GST_STATE_PAUSED);
-    // A file that cannot be decoded never gets there, and does not fail to either: it says so in a message.
-    for (int looks = 0; looks < kLooks; ++looks) {
-        const auto result = gst_element_get_state(m_pipeline.get(), nullptr, nullptr, kLook);
-        const std::lock_guard lock(m_mutex);
-        if (!m_error.empty())
-            return m_error;
-        if (result == GST_STATE_CHANGE_SUCCESS)
-            return std::nullopt;
-        if (result == GST_STATE_CHANGE_FAILURE)
-            break;
-    }
-    return "it does not answer";
-}
-
-void CapturePipeline::setOutput(platform::CaptureOutput output, const GstCaps* mode) {
-    if (mode)
-        g_object_set(m_filter.get(), "caps", mode, nullptr);
-    const std::lock_guard lock(m_mutex);
-    m_output = std::move(output);
 }
 
 void CapturePipeline::startRunning() {
@@ -144,6 +146,8 @@ void CapturePipeline::later(void (CapturePipeline::*step)()) {
 }
 
 void CapturePipeline::play() {
+    if (!m_pipeline && !build())
+        return onFailure("GStreamer lacks an element for it");
     gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING);
     unwatch();
     if (m_source.isLive)
@@ -152,7 +156,8 @@ void CapturePipeline::play() {
 
 void CapturePipeline::rest() {
     unwatch();
-    if (GST_STATE(m_pipeline.get()) != GST_STATE_NULL) // a camera that has gone is not opened again to rest
+    if (m_pipeline &&
+        GST_STATE(m_pipeline.get()) != GST_STATE_NULL) // a camera that has gone is not opened again to rest
         gst_element_set_state(m_pipeline.get(), m_source.isLive ? GST_STATE_READY : GST_STATE_PAUSED);
 }
 
@@ -183,12 +188,7 @@ void CapturePipeline::onMessage(GstMessage* message) {
         later(&CapturePipeline::onEnd);
     if (GST_MESSAGE_TYPE(message) != GST_MESSAGE_ERROR)
         return;
-    const std::string reason = errorText(message);
-    {
-        const std::lock_guard lock(m_mutex);
-        m_error = reason;
-    }
-    m_control->async([weak = weak_from_this(), reason] {
+    m_control->async([weak = weak_from_this(), reason = errorText(message)] {
         if (const auto self = weak.lock())
             self->onFailure(reason);
     });
@@ -207,12 +207,15 @@ void CapturePipeline::onFailure(const std::string& reason) {
     {
         const std::lock_guard lock(m_mutex);
         if ((m_run & 1) == 0)
-            return; // opening tells it itself, and what follows a failure is told already
+            return; // what follows a failure is told already
         ++m_run;
     }
+    if (m_source.whenLost)
+        m_source.whenLost();
     m_log->write("Kestrin - Camera - " + m_source.name + " has stopped: " + reason);
     unwatch();
-    gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
+    if (m_pipeline)
+        gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
 }
 
 void CapturePipeline::onSample(GstSample* sample) {

@@ -7,45 +7,45 @@
 #include <gst/app/gstappsink.h>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 
 namespace kestrin::gtk {
 
 /// Where the pictures come from.
 struct PictureSource {
-    std::string name;         ///< for the log
-    GRef<GstElement> element; ///< not yet in a pipeline
-    bool isLive = true;       ///< else it is played at its own pace, again and again
+    std::string name;                    ///< for the log
+    GRef<GstElement> element;            ///< not yet in a pipeline
+    bool isLive = true;                  ///< else it is played at its own pace, again and again
+    bool isMirrored = false;             ///< left and right change places
+    std::function<void()> whenLost = {}; ///< called after a failure. Thread: control
+    GstCapsPtr mode = {};                ///< what is asked of it; null leaves that to it
 };
 
-/// From a source to NV12 pictures of full range on a queue. Thread: control (the queue it was made with),
-/// unless said otherwise.
+/// From a source to NV12 pictures of full range on a queue. The source is opened with the first start.
+/// Thread: control (the queue it was made with), unless said otherwise.
 class CapturePipeline : public std::enable_shared_from_this<CapturePipeline> {
   public:
     /// Its end, on whatever thread, happens on `control`. Thread: any.
-    static std::shared_ptr<CapturePipeline> make(PictureSource source,
+    static std::shared_ptr<CapturePipeline> make(PictureSource source, platform::CaptureOutput output,
                                                  std::shared_ptr<platform::SerialQueue> control,
                                                  std::shared_ptr<platform::LogSink> log);
     ~CapturePipeline();
     CapturePipeline(const CapturePipeline&) = delete;
     CapturePipeline& operator=(const CapturePipeline&) = delete;
 
-    /// Takes hold of the camera; why it cannot, or none.
-    std::optional<std::string> open();
-    /// Before the first start. `mode` may be null. Thread: any.
-    void setOutput(platform::CaptureOutput output, const GstCaps* mode);
     /// Thread: any. The camera follows later.
     void startRunning();
     void stopRunning();
 
   private:
-    CapturePipeline(PictureSource source, std::shared_ptr<platform::SerialQueue> control,
-                    std::shared_ptr<platform::LogSink> log);
+    CapturePipeline(PictureSource source, platform::CaptureOutput output,
+                    std::shared_ptr<platform::SerialQueue> control, std::shared_ptr<platform::LogSink> log);
 
     bool build();
+    std::string conversion() const;
     void listen();
     void onMessage(GstMessage* message);
     void onEnd();
@@ -61,15 +61,14 @@ class CapturePipeline : public std::enable_shared_from_this<CapturePipeline> {
     void unwatch();
 
     const PictureSource m_source;
+    const platform::CaptureOutput m_output;
     const std::shared_ptr<platform::SerialQueue> m_control;
     const std::shared_ptr<platform::LogSink> m_log;
     const std::shared_ptr<std::atomic<int>> m_held = std::make_shared<std::atomic<int>>(0); ///< pictures out
-    GRef<GstElement> m_pipeline, m_filter, m_sink;
+    GRef<GstElement> m_pipeline, m_sink;
     GstClockID m_watch = nullptr; ///< fires again and again while a live source runs
 
-    std::mutex m_mutex; ///< guards the next three
-    std::string m_error;
-    platform::CaptureOutput m_output;
+    std::mutex m_mutex; ///< guards the next
     unsigned m_run = 0; ///< odd while running
 
     std::atomic<bool> m_isBusy = false;     ///< the delegate has a picture to take

@@ -2,8 +2,11 @@
 
 #include "linux/capture/CaptureMode.h"
 #include "linux/capture/CapturePipeline.h"
-#include "linux/capture/Within.h"
+#include "linux/capture/V4l2Controls.h"
 
+#include <cerrno>
+#include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace kestrin::gtk {
@@ -11,7 +14,6 @@ namespace kestrin::gtk {
 namespace {
 
 constexpr int kUsualWidth = 640, kUsualHeight = 480; // pixels
-constexpr double kLongestOpening = 5;                // seconds
 
 class Session final : public platform::CaptureSession {
   public:
@@ -26,51 +28,57 @@ class Session final : public platform::CaptureSession {
 
 class Input final : public platform::CaptureInput {
   public:
-    Input(std::shared_ptr<CapturePipeline> pipeline, GstCapsPtr offered, double slowest)
-        : m_pipeline(std::move(pipeline)), m_offered(std::move(offered)), m_slowest(slowest) {}
+    Input(PictureSource source, CameraMeans means, const CameraDescription& camera, double slowest)
+        : m_source(std::move(source)), m_means(std::move(means)),
+          m_offered(camera.offered ? gst_caps_ref(camera.offered.get()) : nullptr), m_slowest(slowest) {}
 
     std::unique_ptr<platform::CaptureSession> makeSession(platform::CaptureOutput output) override {
-        const GstCapsPtr mode = captureMode(m_offered.get(), output.width, output.height, m_slowest);
-        m_pipeline->setOutput(std::move(output), mode.get());
-        return std::make_unique<Session>(m_pipeline);
+        m_source.mode = captureMode(m_offered.get(), output.width, output.height, m_slowest);
+        return std::make_unique<Session>(
+            CapturePipeline::make(std::move(m_source), std::move(output), m_means.control, m_means.log));
     }
 
   private:
-    const std::shared_ptr<CapturePipeline> m_pipeline;
+    PictureSource m_source;
+    const CameraMeans m_means;
     const GstCapsPtr m_offered;
     const double m_slowest;
 };
 
+/// What can be said of a camera without asking the camera itself.
+std::string faultOf(const CameraDescription& camera) {
+    if (camera.fault.empty() && !camera.devicePath.empty() &&
+        ::access(camera.devicePath.c_str(), R_OK | W_OK) != 0)
+        return std::system_category().message(errno);
+    return camera.fault;
+}
+
 } // namespace
 
-GstCamera::GstCamera(CameraDescription description, std::shared_ptr<platform::SerialQueue> control,
-                     std::shared_ptr<platform::LogSink> log)
-    : m_description(std::move(description)), m_control(std::move(control)), m_log(std::move(log)),
-      m_controls(m_description.devicePath) {}
-
 std::vector<platform::FrameRateRange> GstCamera::frameRateRanges() const {
-    return frameRates(captureMode(m_description.offered.get(), kUsualWidth, kUsualHeight, m_slowest).get());
+    return frameRates(captureMode(m_description->offered.get(), kUsualWidth, kUsualHeight, m_slowest).get());
 }
 
 void GstCamera::focusContinuously(double maximumFrameDuration) {
-    m_controls.focusContinuously();
-    m_controls.allowSlowerRate();
     m_slowest = 1 / maximumFrameDuration;
+    m_means.control->async([controls = V4l2Controls(m_description->devicePath)] {
+        controls.focusContinuously();
+        controls.allowSlowerRate();
+    });
 }
 
 std::variant<std::shared_ptr<platform::CaptureInput>, std::string> GstCamera::open() {
-    const auto source = GRef<GstElement>::refSink(m_description.makeSource());
-    const auto pipeline =
-        CapturePipeline::make({m_description.name, source, m_description.isLive}, m_control, m_log);
-    using Answer = std::optional<std::string>;
-    const auto error =
-        within<Answer>(kLongestOpening, *m_control, [pipeline]() -> Answer { return pipeline->open(); });
-    if (!error)
-        return "it does not answer";
-    if (*error)
-        return **error;
-    GstCapsPtr offered(m_description.offered ? gst_caps_ref(m_description.offered.get()) : nullptr);
-    return std::make_shared<Input>(pipeline, std::move(offered), m_slowest);
+    if (std::string fault = faultOf(*m_description); !fault.empty())
+        return fault;
+    PictureSource source{
+        .name = m_description->name,
+        .element = GRef<GstElement>::refSink(m_description->makeSource()),
+        .isLive = m_description->isLive,
+        .isMirrored = m_isMirrored,
+        .whenLost = [finder = m_means.finder, camera = m_description] { finder->lose(*camera); }};
+    if (!source.element)
+        return "GStreamer lacks an element for it";
+    return std::make_shared<Input>(std::move(source), m_means, *m_description, m_slowest);
 }
 
 } // namespace kestrin::gtk

@@ -1,44 +1,39 @@
 #pragma once
 
-#include "linux/capture/GstParts.h"
-#include "linux/capture/V4l2Controls.h"
+#include "linux/capture/CameraFinder.h"
 #include "platform/Capture.h"
 #include "platform/Log.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 
 namespace kestrin::gtk {
 
-/// What a camera is made from.
-struct CameraDescription {
-    std::string name;
-    std::function<GstElement*()> makeSource; ///< gives a new element, or null
-    bool isLive = true;                      ///< else a file
-    GstCapsPtr offered;                      ///< what it can give; null when that shows only later
-    std::string devicePath;                  ///< of the kernel's device, if that drives it
+/// What all cameras share.
+struct CameraMeans {
+    std::shared_ptr<CameraFinder> finder;
+    std::shared_ptr<platform::SerialQueue> control; ///< runs what may take the camera's time
+    std::shared_ptr<platform::LogSink> log;
 };
 
-/// A camera behind GStreamer. Thread: main.
+/// A camera behind GStreamer. Nothing here waits for it: it is opened when its session starts, and what is
+/// wrong then is the session's failure. Thread: any, one at a time.
 class GstCamera final : public platform::CaptureDevice {
   public:
-    /// `control` runs what may take the camera's time.
-    GstCamera(CameraDescription description, std::shared_ptr<platform::SerialQueue> control,
-              std::shared_ptr<platform::LogSink> log);
+    GstCamera(std::shared_ptr<const CameraDescription> description, CameraMeans means, bool isMirrored)
+        : m_description(std::move(description)), m_means(std::move(means)), m_isMirrored(isMirrored) {}
 
-    std::string localizedName() const override { return m_description.name; }
+    std::string localizedName() const override { return m_description->name; }
     std::vector<platform::FrameRateRange> frameRateRanges() const override;
     /// Where the kernel's driver has it; other cameras keep the focus that they have.
-    bool supportsContinuousAutoFocus() const override { return m_controls.canFocusContinuously(); }
+    bool supportsContinuousAutoFocus() const override { return m_description->canFocus; }
     void focusContinuously(double maximumFrameDuration) override;
     std::variant<std::shared_ptr<platform::CaptureInput>, std::string> open() override;
 
   private:
-    const CameraDescription m_description;
-    const std::shared_ptr<platform::SerialQueue> m_control;
-    const std::shared_ptr<platform::LogSink> m_log;
-    const V4l2Controls m_controls;
+    const std::shared_ptr<const CameraDescription> m_description;
+    const CameraMeans m_means;
+    const bool m_isMirrored;
     double m_slowest = 0; ///< frames a second
 };
 

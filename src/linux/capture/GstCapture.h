@@ -1,25 +1,33 @@
 #pragma once
 
-#include "linux/capture/GstCamera.h"
-#include "platform/Dispatch.h"
+#include "linux/capture/CameraFinder.h"
+#include "platform/Capture.h"
+#include "platform/Log.h"
 
 namespace kestrin::gtk {
 
-/// The cameras that GStreamer finds: the kernel's, PipeWire's and libcamera's. Thread: main.
+/// Which camera a host wants, and how.
+struct CameraChoice {
+    /// Names the only one to be found, as `camerasNamed` does; "file:PATH" is a video that plays again and
+    /// again, "test" a generated picture, empty any.
+    std::string camera;
+    bool isMirrored = false; ///< left and right change places
+};
+
+/// The cameras that GStreamer finds: the kernel's, PipeWire's and libcamera's. The search begins at once when
+/// one is named, else with the first question. Thread: any.
 class GstCapture final : public platform::CaptureSystem {
   public:
-    /// `camera` names the only one to be found, by its name or device file; "file:PATH" is a video that plays
-    /// again and again, "test" a generated picture, empty any.
-    GstCapture(std::string camera, platform::Dispatch& dispatch, std::shared_ptr<platform::LogSink> log);
+    GstCapture(const CameraChoice& choice, platform::Dispatch& dispatch,
+               std::shared_ptr<platform::LogSink> log);
 
     std::vector<std::shared_ptr<platform::CaptureDevice>> backCameras() override;
 
   private:
-    std::vector<CameraDescription> find() const;
-
-    const std::string m_camera;
+    const bool m_isMirrored;
     const std::shared_ptr<platform::LogSink> m_log;
     const std::shared_ptr<platform::SerialQueue> m_control;
+    const std::shared_ptr<CameraFinder> m_finder;
 };
 
 } // namespace kestrin::gtk

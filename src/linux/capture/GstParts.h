@@ -10,9 +10,11 @@ namespace kestrin::gtk {
 
 // The library's own functions are local to each file, which types that are shared cannot name.
 inline void releaseCaps(GstCaps* caps) { gst_caps_unref(caps); }
+inline void releaseBuffer(GstBuffer* buffer) { gst_buffer_unref(buffer); }
 inline void releaseSample(GstSample* sample) { gst_sample_unref(sample); }
 
 using GstCapsPtr = GOwned<GstCaps, releaseCaps>;
+using GstBufferPtr = GOwned<GstBuffer, releaseBuffer>;
 using GstSamplePtr = GOwned<GstSample, releaseSample>;
 
 /// Initialises GStreamer once; false when that fails. Thread: any.

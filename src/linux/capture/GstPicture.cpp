@@ -1,5 +1,7 @@
 #include "linux/capture/GstPicture.h"
 
+#include "linux/capture/FullRange.h"
+
 namespace kestrin::gtk {
 
 std::shared_ptr<GstPicture> GstPicture::map(GstSample* sample) {
@@ -7,9 +9,17 @@ std::shared_ptr<GstPicture> GstPicture::map(GstSample* sample) {
     GstCaps* caps = gst_sample_get_caps(sample);
     GstBuffer* buffer = gst_sample_get_buffer(sample);
     const std::shared_ptr<GstPicture> picture(new GstPicture);
-    if (!caps || !buffer || !gst_video_info_from_caps(&info, caps) ||
-        !gst_video_frame_map(&picture->m_frame, &info, buffer, GST_MAP_READ))
+    if (!caps || !buffer || !gst_video_info_from_caps(&info, caps))
         return nullptr;
+    const auto map = [&](GstBuffer* mapped, int flags) {
+        return gst_video_frame_map(&picture->m_frame, &info, mapped, GstMapFlags(flags)) != FALSE;
+    };
+    if (FullRange::has(info.colorimetry))
+        return map(buffer, GST_MAP_READ) ? picture : nullptr;
+    const GstBufferPtr copy(gst_buffer_copy_deep(buffer));
+    if (!copy || !map(copy.get(), GST_MAP_READ | GST_MAP_WRITE))
+        return nullptr;
+    FullRange(info.colorimetry).convert(picture->m_frame);
     return picture;
 }
 

@@ -10,7 +10,8 @@ namespace kestrin::gtk {
 /// A picture where GStreamer put it. Thread: any.
 class GstPicture final : public platform::PixelBuffer {
   public:
-    /// Null when the sample holds no picture that can be read.
+    /// Null when the sample holds no picture that can be read. One of another range or matrix is converted,
+    /// in a copy: its decoder may go on to read it.
     static std::shared_ptr<GstPicture> map(GstSample* sample);
     ~GstPicture() override;
     GstPicture(const GstPicture&) = delete;
