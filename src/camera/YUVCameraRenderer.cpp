@@ -48,11 +48,12 @@ void YUVCameraRenderer::_loadMetal(RenderView& view) {
     settings.colorFormat = GpuFormat::bgra8Unorm;
     settings.sampleCount = 1;
     view.setSettings(settings);
-    if (!_device)
-        return;
-    _imagePlaneVertexBuffer = _device->makeBuffer(kImagePlaneVertexData);
-    _imagePlaneVertexBuffer->setLabel("ImagePlaneVertexBuffer");
-    const auto library = _device->makeLibrary("default", "metallib");
+    if (_device) {
+        _imagePlaneVertexBuffer = _device->makeBuffer(kImagePlaneVertexData);
+        _imagePlaneVertexBuffer->setLabel("ImagePlaneVertexBuffer");
+    }
+    const auto library = _device ? _device->makeLibrary("default", "metallib")
+                                 : GpuResult<GpuLibrary>("there is no device for them");
     if (const auto* error = std::get_if<std::string>(&library)) {
         log("Error Loading Default Shaders = %@", *error);
         return;

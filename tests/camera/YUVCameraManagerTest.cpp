@@ -1,18 +1,19 @@
 #include "camera/YUVCameraManager.h"
-#include "camera/CameraFrameProvider.h"
 #include "camera/ListenerList.h"
 #include "support/FakePixelBuffer.h"
 #include "support/FakePlatform.h"
 
-#include <atomic>
+#include <algorithm>
+#include <chrono>
 #include <limits>
-#include <mutex>
 #include <thread>
 
 namespace kestrin {
 
 using namespace platform;
 using namespace test;
+using Lines = std::vector<std::string>;
+using Floats = std::vector<float>;
 
 namespace {
 
@@ -25,51 +26,136 @@ struct FakeProvider : CameraFrameProvider {
     void removeDelegate(const CameraFrameConsumer& consumer) override { list.remove(consumer); }
     void removeDelegates() override { list.clear(); }
     AffineTransform getOrientationWithViewport(const Size& viewport) const override {
-        const std::lock_guard lock(mutex);
         asked.push_back(viewport);
         return {0, -1, 1, 0, 0, 1};
     }
-    void send(const PixelBufferRef& buffer, int width, int height) {
+    void send(const PixelBufferRef& buffer, int width = 640, int height = 480) {
         list.forEach([&](auto& c) { c.cameraFrameReceivedWithBuffer(buffer, 0, width, height); });
     }
 
     ListenerList<CameraFrameConsumer> list;
-    mutable std::mutex mutex;
     mutable std::vector<Size> asked;
 };
+
+PixelBufferRef makePicture(int planes = 2) { return std::make_shared<FakePixelBuffer>(640, 480, planes); }
 
 } // namespace
 
 struct YUVCameraManagerTest : PlatformTest {
+    /// Milliseconds that the quickest of some draws takes.
+    double quickest() {
+        std::chrono::duration<double, std::milli> least(1000);
+        for (int i = 0; i < 5; ++i) {
+            const auto began = std::chrono::steady_clock::now();
+            peer.draw();
+            least = std::min<decltype(least)>(least, std::chrono::steady_clock::now() - began);
+        }
+        return least.count();
+    }
+    /// How often the draws since the last call did that.
+    long count(const char* line) { return std::ranges::count(gpu.takeJournal(), line); }
+
+    FakeGpuDevice& gpu = *system->graphics.device;
     std::shared_ptr<FakeProvider> provider = std::make_shared<FakeProvider>();
     std::shared_ptr<YUVCameraManager> manager = YUVCameraManager::initWithProvider(provider);
     FakeRenderPeer& peer = *system->graphics.newest;
-    PixelBufferRef picture = std::make_shared<FakePixelBuffer>(640, 480);
+    PixelBufferRef picture = makePicture();
 };
 
-TEST_F(YUVCameraManagerTest, AsksForTheTransformWhenASizeChanges) {
+TEST_F(YUVCameraManagerTest, DrawsAPictureAsOneTurnedQuad) {
     EXPECT_EQ(peer.settings.preferredFramesPerSecond, 45);
-    provider->send(picture, 640, 480);
-    provider->send(picture, 640, 480);
+    EXPECT_EQ(gpu.buffer->values, (Floats{-1, -1, 0, 1, 1, -1, 1, 1, -1, 1, 0, 0, 1, 1, 1, 0}));
+    provider->send(picture);
+    provider->send(picture);
     provider->send(picture, 480, 640);
-    EXPECT_EQ(provider->asked, (std::vector<Size>{{640, 480}, {480, 640}}));
+    EXPECT_EQ(provider->asked, (std::vector<Size>{{640, 480}, {480, 640}})) << "when a size changes";
     peer.draw();
-    EXPECT_EQ(system->graphics.device->drawn[1]->buffer, picture);
-    // The texture's coordinates, turned by the provider's transform.
-    EXPECT_EQ(system->graphics.device->buffer->values,
-              (std::vector<float>{-1, -1, 1, 1, 1, -1, 1, 0, -1, 1, 0, 1, 1, 1, 0, 0}));
+    EXPECT_EQ(gpu.takeJournal(),
+              (Lines{"makeCommandBuffer", "label MyCommand", "makeEncoder", "label MyRenderEncoder",
+                     "push DrawCapturedImage", "cull none", "pipeline", "depth", "vertices 0", "texture 1",
+                     "texture 2", "strip 0 4", "pop", "end", "present", "commit"}));
+    EXPECT_EQ(gpu.drawn[1]->buffer, picture);
+    EXPECT_EQ(gpu.drawn[2]->format, GpuFormat::rg8Unorm);
+    EXPECT_EQ(gpu.buffer->values, (Floats{-1, -1, 1, 1, 1, -1, 1, 0, -1, 1, 0, 1, 1, 1, 0, 0}));
     manager->getView()->setFrame({{0, 0}, {375, 667}});
     peer.resizeDrawable({750, 1334});
     EXPECT_EQ(provider->asked.back(), (Size{375, 667})) << "in points";
 }
 
-TEST_F(YUVCameraManagerTest, LivesWithoutGpuAndProvider) {
-    takeLog();
+TEST_F(YUVCameraManagerTest, PresentsWithoutDrawingWhatItDoesNotHave) {
+    provider->send(makePicture(1));
+    provider->send(nullptr);
+    EXPECT_FALSE(manager->renderer()->isWaiting());
+    gpu.texturesFail = true;
+    provider->send(picture);
+    peer.draw();
+    EXPECT_EQ(count("strip 0 4"), 0);
+    peer.renderPass = false;
+    peer.draw();
+    EXPECT_EQ(gpu.takeJournal(), (Lines{"makeCommandBuffer", "label MyCommand", "present", "commit"}));
+}
+
+TEST_F(YUVCameraManagerTest, SaysWhyItCannotDraw) {
+    const auto drawBlindly = [&] {
+        const auto blind = YUVCameraManager::initWithProvider(nullptr);
+        blind->cameraFrameReceivedWithBuffer(picture, 0, 640, 480);
+        for (int i = 0; i < 5; ++i)
+            system->graphics.newest->draw(); // never blocks
+        return takeLog();
+    };
+    gpu.pipelineError = "bad shader";
+    EXPECT_EQ(drawBlindly(), Lines{"Failed to created captured image pipeline state, error bad shader"});
+    gpu.libraryError = "no such file";
+    EXPECT_EQ(drawBlindly(), Lines{"Error Loading Default Shaders = no such file"});
     system->graphics.device = nullptr;
-    const auto blind = YUVCameraManager::initWithProvider(nullptr);
-    EXPECT_EQ(takeLog(), std::vector<std::string>{"Metal is not supported on this device"});
-    blind->cameraFrameReceivedWithBuffer(picture, 0, 640, 480);
-    system->graphics.newest->draw();
+    EXPECT_EQ(drawBlindly(), (Lines{"Metal is not supported on this device",
+                                    "Error Loading Default Shaders = there is no device for them"}));
+}
+
+TEST_F(YUVCameraManagerTest, KeepsTheFirstOfTwoPicturesUntilTheGpuIsDone) {
+    gpu.finishesAtOnce = false;
+    const std::weak_ptr<const PixelBuffer> first = picture;
+    provider->send(std::exchange(picture, nullptr));
+    provider->send(makePicture());
+    peer.draw();
+    EXPECT_EQ(gpu.drawn[1]->buffer, first.lock());
+    provider->send(makePicture());
+    peer.draw();
+    gpu.drawn.assign(4, nullptr);
+    EXPECT_FALSE(first.expired());
+    gpu.finish();
+    EXPECT_TRUE(first.expired());
+    manager.reset();
+    provider->send(makePicture()); // skips the one that has gone
+}
+
+TEST_F(YUVCameraManagerTest, HasThreeFramesInFlight) {
+    gpu.finishesAtOnce = false;
+    const auto fourth = [&](const auto& release) {
+        gpu.finish();
+        for (int i = 0; i < 3; ++i)
+            peer.draw();
+        gpu.takeJournal();
+        std::thread drawing([&] { peer.draw(); });
+        release(); // without it the fourth would never return
+        drawing.join();
+        return count("commit");
+    };
+    EXPECT_EQ(fourth([&] { gpu.finish(); }), 1);
+    EXPECT_EQ(fourth([&] { manager->stop(); }), 0);
+}
+
+TEST_F(YUVCameraManagerTest, PacesWhileLocked) {
+    for (int i = 0; i < 5; ++i)
+        manager->signal(); // kept while unlocked
+    EXPECT_LT(quickest(), 12);
+    manager->lockSignal();
+    const double paced = quickest();
+    EXPECT_GE(paced, 12);
+    EXPECT_LT(paced, 30) << "a signal lets a draw through at once";
+    EXPECT_GE(quickest(), 30) << "no signal is left";
+    manager->unlockSignal();
+    EXPECT_LT(quickest(), 12);
 }
 
 TEST_F(YUVCameraManagerTest, FitsContentOverAView) {
@@ -93,33 +179,6 @@ TEST_F(YUVCameraManagerTest, TakesScreenshotsOfTheViewsSize) {
     for (int width = 100; width < 2000; width += 7)
         EXPECT_EQ(YUVCameraManager::imageWithImage(makeImage(width, 9), 480).pixelWidth(), 480);
     EXPECT_EQ(manager->screenshotLowRes().size(), (Size{480, 854}));
-}
-
-// Frames, draws, resizes and signals all at once; the sanitizers watch.
-TEST_F(YUVCameraManagerTest, PassesPicturesBetweenThreads) {
-    std::atomic<bool> done = false;
-    std::thread session([&] {
-        for (int i = 0; !done; ++i)
-            provider->send(picture, 640 + i / 100 % 2, 480);
-    });
-    std::thread drawing([&] {
-        for (int i = 0; i < 3000; ++i)
-            peer.draw();
-        done = true;
-    });
-    while (!done) {
-        EXPECT_LE(picture.use_count(), 20) << "pictures do not pile up";
-        manager->getView()->setFrame({{0, 0}, {double(picture.use_count()), 667}});
-        peer.resizeDrawable({});
-        manager->signal();
-        std::this_thread::yield();
-    }
-    session.join();
-    drawing.join();
-    system->graphics.device->drawn.assign(4, nullptr);
-    manager.reset();
-    EXPECT_EQ(picture.use_count(), 1);
-    provider->send(picture, 640, 480); // skips the one that has gone
 }
 
 } // namespace kestrin

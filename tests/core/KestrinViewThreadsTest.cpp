@@ -82,6 +82,7 @@ TEST_F(Threads, WorkTogether) {
         });
     for (int round = 0; running > 0; ++round) {
         view->toolkitResized({200.0 + round % 7, 300});
+        peer.resizeDrawable({});
         page().post("kestrin", base64Encode(R"({"eventName":"onResumeAREngine"})"));
         notify(round % 2 == 0 ? kDidBecomeActive : kWillResignActive);
         advance(0.02);

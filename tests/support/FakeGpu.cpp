@@ -8,23 +8,6 @@ using namespace platform;
 
 namespace {
 
-struct TextureCache : GpuTextureCache {
-    explicit TextureCache(std::shared_ptr<FakeGpuDevice> d) : device(std::move(d)) {}
-    std::shared_ptr<GpuTexture> makeTexture(PixelBufferRef buffer, GpuFormat format, int plane, int width,
-                                            int height) override {
-        if (device->texturesFail || !buffer || plane >= buffer->planeCount())
-            return nullptr;
-        auto texture = std::make_shared<FakeGpuTexture>();
-        texture->buffer = std::move(buffer);
-        texture->format = format;
-        texture->plane = plane;
-        texture->width = width;
-        texture->height = height;
-        return texture;
-    }
-    std::shared_ptr<FakeGpuDevice> device;
-};
-
 struct Encoder : GpuEncoder {
     explicit Encoder(FakeGpuDevice& d) : device(d) {}
     void setLabel(const std::string& label) override { device.write("label " + label); }
@@ -58,16 +41,8 @@ struct CommandBuffer : GpuCommandBuffer {
     void present(RenderView&) override { device->write("present"); }
     void commit() override {
         device->write("commit");
-        device->committed();
-    }
-    std::shared_ptr<FakeGpuDevice> device;
-};
-
-struct CommandQueue : GpuCommandQueue {
-    explicit CommandQueue(std::shared_ptr<FakeGpuDevice> d) : device(std::move(d)) {}
-    std::unique_ptr<GpuCommandBuffer> makeCommandBuffer() override {
-        device->write("makeCommandBuffer");
-        return std::make_unique<CommandBuffer>(device);
+        if (device->finishesAtOnce)
+            device->finish();
     }
     std::shared_ptr<FakeGpuDevice> device;
 };
@@ -80,31 +55,26 @@ std::shared_ptr<GpuBuffer> FakeGpuDevice::makeBuffer(std::span<const float> valu
     return buffer;
 }
 
-GpuResult<GpuLibrary> FakeGpuDevice::makeLibrary(const std::string& name, const std::string& type) {
-    libraryName = name + "." + type;
+GpuResult<GpuLibrary> FakeGpuDevice::makeLibrary(const std::string&, const std::string&) {
     if (!libraryError.empty())
         return libraryError;
     return std::make_shared<GpuLibrary>();
 }
 
-GpuResult<GpuPipeline> FakeGpuDevice::makePipeline(const GpuPipelineDescriptor& descriptor) {
-    pipeline = descriptor;
+GpuResult<GpuPipeline> FakeGpuDevice::makePipeline(const GpuPipelineDescriptor&) {
     if (!pipelineError.empty())
         return pipelineError;
     return std::make_shared<GpuPipeline>();
 }
 
-std::shared_ptr<GpuDepthState> FakeGpuDevice::makeDepthState(const GpuDepthDescriptor& descriptor) {
-    depth = descriptor;
-    return std::make_shared<GpuDepthState>();
+std::shared_ptr<GpuTexture> FakeGpuDevice::makeTexture(PixelBufferRef picture, GpuFormat format, int, int,
+                                                       int) {
+    return texturesFail ? nullptr : std::make_shared<FakeGpuTexture>(std::move(picture), format);
 }
 
-std::shared_ptr<GpuTextureCache> FakeGpuDevice::makeTextureCache() {
-    return std::make_shared<TextureCache>(shared_from_this());
-}
-
-std::shared_ptr<GpuCommandQueue> FakeGpuDevice::makeCommandQueue() {
-    return std::make_shared<CommandQueue>(shared_from_this());
+std::unique_ptr<GpuCommandBuffer> FakeGpuDevice::makeCommandBuffer() {
+    write("makeCommandBuffer");
+    return std::make_unique<CommandBuffer>(shared_from_this());
 }
 
 void FakeGpuDevice::write(const std::string& line) {
@@ -122,11 +92,6 @@ void FakeGpuDevice::addCompletion(Task completion) {
     m_completions.push_back(std::move(completion));
 }
 
-void FakeGpuDevice::committed() {
-    if (finishesAtOnce)
-        finish();
-}
-
 void FakeGpuDevice::finish() {
     std::vector<Task> completions;
     {
@@ -135,16 +100,6 @@ void FakeGpuDevice::finish() {
     }
     for (const Task& completion : completions)
         completion();
-}
-
-void FakeRenderPeer::draw() {
-    if (const auto listener = delegate.lock())
-        listener->drawInView(static_cast<RenderView&>(view));
-}
-
-void FakeRenderPeer::resizeDrawable(const Size& pixels) {
-    if (const auto listener = delegate.lock())
-        listener->drawableSizeWillChange(static_cast<RenderView&>(view), pixels);
 }
 
 std::unique_ptr<RenderViewPeer> FakeGpu::makeRenderPeer(View& view) {

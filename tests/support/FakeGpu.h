@@ -12,45 +12,48 @@ namespace kestrin::test {
 
 struct FakeGpuBuffer : platform::GpuBuffer {
     void write(std::span<const float> v) override { values.assign(v.begin(), v.end()); }
-    void setLabel(const std::string& text) override { label = text; }
+    void setLabel(const std::string&) override {}
     std::vector<float> values;
-    std::string label;
 };
 
 struct FakeGpuTexture : platform::GpuTexture {
-    platform::PixelBufferRef buffer;
-    platform::GpuFormat format{};
-    int plane = 0, width = 0, height = 0;
+    FakeGpuTexture(platform::PixelBufferRef b, platform::GpuFormat f) : buffer(std::move(b)), format(f) {}
+    const platform::PixelBufferRef buffer;
+    const platform::GpuFormat format;
 };
 
 /// Makes recording things, and fails where the test says. Everything drawn is written to `journal`, a line a
 /// call: "makeCommandBuffer", "label NAME", "makeEncoder", "push NAME", "pop", "cull none", "pipeline",
 /// "depth", "vertices INDEX", "texture INDEX", "strip FIRST COUNT", "end", "present", "commit".
-class FakeGpuDevice : public platform::GpuDevice, public std::enable_shared_from_this<FakeGpuDevice> {
+class FakeGpuDevice : public platform::GpuDevice,
+                      public platform::GpuTextureCache,
+                      public platform::GpuCommandQueue,
+                      public std::enable_shared_from_this<FakeGpuDevice> {
   public:
     std::shared_ptr<platform::GpuBuffer> makeBuffer(std::span<const float> values) override;
     platform::GpuResult<platform::GpuLibrary> makeLibrary(const std::string& name,
                                                           const std::string& type) override;
     platform::GpuResult<platform::GpuPipeline>
     makePipeline(const platform::GpuPipelineDescriptor& descriptor) override;
-    std::shared_ptr<platform::GpuDepthState>
-    makeDepthState(const platform::GpuDepthDescriptor& descriptor) override;
-    std::shared_ptr<platform::GpuTextureCache> makeTextureCache() override;
-    std::shared_ptr<platform::GpuCommandQueue> makeCommandQueue() override;
+    std::shared_ptr<platform::GpuDepthState> makeDepthState(const platform::GpuDepthDescriptor&) override {
+        return std::make_shared<platform::GpuDepthState>();
+    }
+    std::shared_ptr<platform::GpuTextureCache> makeTextureCache() override { return shared_from_this(); }
+    std::shared_ptr<platform::GpuCommandQueue> makeCommandQueue() override { return shared_from_this(); }
+    std::shared_ptr<platform::GpuTexture> makeTexture(platform::PixelBufferRef buffer,
+                                                      platform::GpuFormat format, int plane, int width,
+                                                      int height) override;
+    std::unique_ptr<platform::GpuCommandBuffer> makeCommandBuffer() override;
 
     void write(const std::string& line);
     std::vector<std::string> takeJournal();
     void addCompletion(platform::Task completion);
-    void committed();
     /// The GPU is done with all that was committed: calls the completions.
     void finish();
 
     std::string libraryError, pipelineError; ///< not empty: making one fails with this
     bool texturesFail = false;
-    bool finishesAtOnce = true; ///< completions run inside commit
-    std::string libraryName;    ///< "name.type" as last asked for
-    platform::GpuPipelineDescriptor pipeline;
-    platform::GpuDepthDescriptor depth;
+    bool finishesAtOnce = true;                            ///< completions run inside commit
     std::shared_ptr<FakeGpuBuffer> buffer;                 ///< made last
     std::vector<std::shared_ptr<FakeGpuTexture>> drawn{4}; ///< by fragment texture index, as last set
 
@@ -70,8 +73,13 @@ struct FakeRenderPeer : RecordingPeer<platform::RenderViewPeer> {
     bool hasRenderPass() const override { return renderPass; }
     platform::Image newestPicture() override { return picture; }
 
-    void draw();
-    void resizeDrawable(const platform::Size& pixels);
+    void draw() {
+        if (const auto listener = delegate.lock())
+            listener->drawInView(static_cast<platform::RenderView&>(view));
+    }
+    void resizeDrawable(const platform::Size& pixels) {
+        delegate.lock()->drawableSizeWillChange(static_cast<platform::RenderView&>(view), pixels);
+    }
 
     platform::View& view;
     std::weak_ptr<platform::RenderViewDelegate> delegate;
