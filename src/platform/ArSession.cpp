@@ -3,9 +3,8 @@
 namespace kestrin::platform {
 
 Size ArReferenceImage::physicalSize() const {
-    if (!image.isValid())
-        return {};
-    return {physicalWidth, physicalWidth * image.pixelHeight() / image.pixelWidth()};
+    const Size size = image.size();
+    return image.isValid() ? Size{physicalWidth, physicalWidth * size.height / size.width} : Size();
 }
 
 } // namespace kestrin::platform

@@ -18,22 +18,26 @@ class Image {
     Image() = default;
     /// `pixels` holds width * height * 4 bytes, else the image is absent. `scale` is pixels a point.
     Image(int pixelWidth, int pixelHeight, std::vector<std::uint8_t> pixels, double scale = 1);
+    /// The same, of any size in points.
+    Image(int pixelWidth, int pixelHeight, std::vector<std::uint8_t> pixels, const Size& size);
 
     bool isValid() const { return m_pixels != nullptr; }
     int pixelWidth() const { return m_width; }
     int pixelHeight() const { return m_height; }
-    double scale() const { return m_scale; }
     /// In points.
-    Size size() const { return {m_width / m_scale, m_height / m_scale}; }
+    Size size() const { return m_size; }
     std::span<const std::uint8_t> pixels() const;
     /// The part of the rectangle (pixels, from the top-left corner) that lies within the picture, at scale 1;
     /// absent when nothing does.
     Image cropped(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height) const;
+    /// The picture with at most that many pixels, one at least, or as near to it as its shorter side allows:
+    /// fields of whole pixels averaged. Itself when it has no more. Its size in points stays.
+    Image shrunk(std::int64_t mostPixels) const;
 
   private:
     std::shared_ptr<const std::vector<std::uint8_t>> m_pixels;
     int m_width = 0, m_height = 0;
-    double m_scale = 1;
+    Size m_size;
 };
 
 /// A picture stretched over a rectangle.
@@ -47,9 +51,14 @@ struct ImageLayer {
 class ImageCodec {
   public:
     virtual ~ImageCodec() = default;
-    /// PNG, JPEG and what else the system reads; bytes that are no picture, or one of more than 64 million
-    /// pixels, give an absent image.
-    virtual Image decode(std::span<const std::uint8_t> bytes) const = 0;
+    /// Of any picture that is read or drawn.
+    static constexpr std::int64_t kMostPixels = 64'000'000;
+
+    /// PNG, JPEG and what else the system reads, a point a pixel; bytes that are no picture, or one of more
+    /// than `kMostPixels`, give an absent image. A picture of more than `mostPixels`, one at least, comes
+    /// shrunk to no more, which takes less time and memory, and keeps its size in points.
+    virtual Image decode(std::span<const std::uint8_t> bytes,
+                         std::int64_t mostPixels = kMostPixels) const = 0;
     /// `quality` in [0, 1], kept within it; at 1 the colours are as fine as the brightness. An absent image,
     /// or one that JPEG has no room for, gives no bytes. Transparency is dropped.
     virtual std::vector<std::uint8_t> encodeJpeg(const Image& image, double quality) const = 0;

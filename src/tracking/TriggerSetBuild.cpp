@@ -4,7 +4,6 @@
 #include "platform/Platform.h"
 #include "services/util/Format.h"
 #include "services/util/KestrinUtil.h"
-#include "tracking/ShrinkImage.h"
 #include "tracking/SystemLevel.h"
 
 #include <algorithm>
@@ -17,14 +16,21 @@ namespace {
 /// Pictures read and not yet taken, or being read. Each can be large.
 constexpr std::size_t kMostAhead = 3;
 
-/// Of a reference image. What is printed fills less of a camera picture; more would only take memory, of
-/// which an application with hundreds of triggers needs enough.
+/// Of a reference image: what is printed fills less of a camera picture.
 constexpr std::int64_t kMostPixels = 512 * 512;
+
+/// Of all of them together, four bytes each, however many triggers there are.
+constexpr std::int64_t kMostPixelsTogether = 32'000'000;
 
 constexpr double kLeastSide = 100;     // points
 constexpr float kUnscaledWidth = 0.2F; // metres, as the next
 constexpr float kLeastScaledWidth = 0.05F;
 constexpr float kMetresPerMillimetre = 0.001F;
+
+std::int64_t pixelsOfEach(std::size_t triggers) {
+    const auto share = kMostPixelsTogether / std::max<std::int64_t>(std::int64_t(triggers), 1);
+    return std::clamp<std::int64_t>(share, 1, kMostPixels);
+}
 
 float physicalWidth(const TriggerBundle::Trigger& trigger) {
     const auto flags = KestrinFeatureFlags::getInstance();
@@ -47,25 +53,27 @@ void TriggerSetBuild::start(TriggerBundle bundle, Progress progress, Done done) 
 }
 
 TriggerSetBuild::TriggerSetBuild(TriggerBundle bundle, Progress progress, Done done)
-    : m_bundle(std::move(bundle)), m_progress(std::move(progress)), m_done(std::move(done)) {}
+    : m_bundle(std::move(bundle)), m_mostPixels(pixelsOfEach(m_bundle.triggers.size())),
+      m_progress(std::move(progress)), m_done(std::move(done)) {}
 
 void TriggerSetBuild::readAhead() {
     const std::size_t end = std::min(m_nextToTake + kMostAhead, m_bundle.triggers.size());
     for (; m_nextToRead < end; ++m_nextToRead)
         platform::platform().dispatch().globalAsync([self = shared_from_this(), place = m_nextToRead] {
-            self->take(place, shrink(KestrinUtil::loadJPGImage(self->m_bundle.triggers[place].id)));
+            self->take(place,
+                       KestrinUtil::loadJPGImage(self->m_bundle.triggers[place].id, self->m_mostPixels));
         });
 }
 
-void TriggerSetBuild::take(std::size_t place, Picture cached) {
+void TriggerSetBuild::take(std::size_t place, platform::Image cached) {
     std::unique_lock lock(m_mutex);
     m_read.emplace(place, std::move(cached));
     if (m_isTaking)
         return; // whoever is taking takes this one in its turn
     m_isTaking = true;
-    while (const auto next = m_read.extract(m_nextToTake)) {
+    while (auto next = m_read.extract(m_nextToTake)) {
         lock.unlock();
-        add(m_bundle.triggers[next.key()], next.mapped());
+        add(m_bundle.triggers[next.key()], std::move(next.mapped()));
         lock.lock();
         ++m_nextToTake;
         readAhead();
@@ -77,24 +85,21 @@ void TriggerSetBuild::take(std::size_t place, Picture cached) {
         m_done(std::move(m_set));
 }
 
-TriggerSetBuild::Picture TriggerSetBuild::shrink(const platform::Image& original) {
-    return {shrinkImage(original, kMostPixels), original.size()};
-}
-
-TriggerSetBuild::Picture TriggerSetBuild::download(const Trigger& trigger) {
+platform::Image TriggerSetBuild::download(const Trigger& trigger) const {
     log("KestrinTriggerList - Caching Trigger %@ from %@", trigger.id, trigger.address);
     const auto image = KestrinUtil::getImageFromURL(trigger.address);
     KestrinUtil::saveJPGImage(image, trigger.id);
     if (!image.isValid())
         log("KestrinTriggerList - Failed Loading Trigger %@ from %@", trigger.id, trigger.address);
-    return shrink(image);
+    return image.shrunk(m_mostPixels);
 }
 
-void TriggerSetBuild::add(const Trigger& trigger, const Picture& cached) {
-    const auto [image, size] = cached.image.isValid() ? cached : download(trigger);
+void TriggerSetBuild::add(const Trigger& trigger, platform::Image image) {
+    if (!image.isValid())
+        image = download(trigger);
     if (!image.isValid())
         return;
-    if (size.width < kLeastSide || size.height < kLeastSide) {
+    if (image.size().width < kLeastSide || image.size().height < kLeastSide) {
         log("KestrinTriggerList - Failed Loading Trigger, size too small %@ from %@", trigger.id,
             trigger.address);
         return;
@@ -105,8 +110,8 @@ void TriggerSetBuild::add(const Trigger& trigger, const Picture& cached) {
     }
     const float width = physicalWidth(trigger);
     log("KestrinTriggerList - Add Trigger %@ from %@ - size %f", trigger.id, trigger.address, width);
-    m_set.push_back(
-        std::make_shared<platform::ArReferenceImage>(platform::ArReferenceImage{trigger.id, image, width}));
+    m_set.push_back(std::make_shared<platform::ArReferenceImage>(
+        platform::ArReferenceImage{trigger.id, std::move(image), width}));
     m_progress(float(m_set.size()) * (1 / float(m_bundle.records)));
 }
 

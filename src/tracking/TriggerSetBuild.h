@@ -4,6 +4,7 @@
 #include "tracking/TriggerBundle.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -27,27 +28,22 @@ class TriggerSetBuild : public std::enable_shared_from_this<TriggerSetBuild> {
 
   private:
     using Trigger = TriggerBundle::Trigger;
-    struct Picture {
-        platform::Image image; ///< as small as a reference image needs it
-        platform::Size size;   ///< of the original, points
-    };
-
     TriggerSetBuild(TriggerBundle bundle, Progress progress, Done done);
     void readAhead(); ///< with the mutex held
-    void take(std::size_t place, Picture cached);
-    void add(const Trigger& trigger, const Picture& cached);
-    static Picture shrink(const platform::Image& original);
-    static Picture download(const Trigger& trigger);
+    void take(std::size_t place, platform::Image cached);
+    void add(const Trigger& trigger, platform::Image image);
+    platform::Image download(const Trigger& trigger) const;
 
     const TriggerBundle m_bundle;
+    const std::int64_t m_mostPixels; ///< of a reference image
     const Progress m_progress;
     const Done m_done;
 
     std::mutex m_mutex;
-    std::size_t m_nextToRead = 0;          // guarded
-    std::map<std::size_t, Picture> m_read; // guarded; read ahead, by place in the bundle
-    std::size_t m_nextToTake = 0;          // guarded
-    bool m_isTaking = false;               // guarded
+    std::size_t m_nextToRead = 0;                  // guarded
+    std::map<std::size_t, platform::Image> m_read; // guarded; read ahead, by place in the bundle
+    std::size_t m_nextToTake = 0;                  // guarded
+    bool m_isTaking = false;                       // guarded
 
     // Of whoever is taking.
     TriggerSet m_set;

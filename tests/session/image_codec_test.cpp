@@ -23,16 +23,45 @@ Image slope(int width, int height) {
     return {width, height, std::move(pixels)};
 }
 
-TEST(PixbufCodec, JpegComesBackNearlyTheSame) {
+/// The file with a note that its picture is to be shown turned by a quarter, clockwise.
+Bytes turned(Bytes jpeg) {
+    const std::string note("\xFF\xE1\0\x22"
+                           "Exif\0\0II*\0\b\0\0\0\1\0\x12\1\3\0\1\0\0\0\6\0\0\0\0\0\0\0",
+                           36);
+    jpeg.insert(jpeg.begin() + 2, note.begin(), note.end());
+    return jpeg;
+}
+
+TEST(PixbufCodec, JpegComesBackNearlyTheSameInTheSizeAskedFor) {
     const PixbufCodec codec;
-    const Image image = slope(67, 41);
-    const Image back = codec.decode(codec.encodeJpeg(image, 0.95));
-    ASSERT_EQ(back.pixelWidth(), 67);
-    ASSERT_EQ(back.pixelHeight(), 41);
-    double error = 0;
-    for (std::size_t i = 0; i < image.pixels().size(); ++i)
-        error += std::abs(image.pixels()[i] - back.pixels()[i]);
-    EXPECT_LT(error / double(image.pixels().size()), 2);
+    struct {
+        int width, height;
+        std::int64_t most;
+        bool isTurned;
+        int gotWidth, gotHeight;
+    } const cases[] = {{67, 41, 67 * 41, false, 67, 41},
+                       {67, 41, 99'999, true, 41, 67},
+                       {1501, 1000, 300'000, false, 563, 375},
+                       {1501, 1000, 3'000, false, 62, 41},
+                       {1501, 1000, 300'000, true, 333, 500}};
+    for (const auto& c : cases) {
+        const Bytes jpeg = codec.encodeJpeg(slope(c.width, c.height), 0.95);
+        const Image back = codec.decode(c.isTurned ? turned(jpeg) : jpeg, c.most);
+        ASSERT_EQ(back.pixelWidth(), c.gotWidth);
+        ASSERT_EQ(back.pixelHeight(), c.gotHeight);
+        const platform::Size size{double(c.width), double(c.height)};
+        EXPECT_EQ(back.size(), c.isTurned ? (platform::Size{size.height, size.width}) : size);
+        double error = 0;
+        for (int y = 0; y < c.gotHeight; ++y)
+            for (int x = 0; x < c.gotWidth; ++x) {
+                const double right = 255 * (x + 0.5) / c.gotWidth, down = 255 * (y + 0.5) / c.gotHeight;
+                const std::uint8_t* pixel = &back.pixels()[std::size_t(y * c.gotWidth + x) * 4];
+                error += std::abs(pixel[0] - (c.isTurned ? down : right));
+                error += std::abs(pixel[1] - (c.isTurned ? 255 - right : down));
+                error += std::abs(pixel[2] - 40) + std::abs(pixel[3] - 255);
+            }
+        EXPECT_LT(error / c.gotWidth / c.gotHeight, 8) << c.gotWidth;
+    }
 }
 
 TEST(PixbufCodec, TheBestQualityKeepsTheColourOfEachPixel) {

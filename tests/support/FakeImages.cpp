@@ -7,13 +7,13 @@
 
 namespace kestrin::test {
 
-platform::Image FakeImageCodec::decode(std::span<const std::uint8_t> bytes) const {
+platform::Image FakeImageCodec::decode(std::span<const std::uint8_t> bytes, std::int64_t mostPixels) const {
     std::istringstream in(std::string(bytes.begin(), bytes.end()));
     int width = 0, height = 0;
     if (!(in >> width >> height) || in.get() != ' ')
         return {};
     const auto rest = bytes.subspan(std::size_t(in.tellg()));
-    return {width, height, {rest.begin(), rest.end()}};
+    return platform::Image(width, height, {rest.begin(), rest.end()}).shrunk(mostPixels);
 }
 
 std::vector<std::uint8_t> FakeImageCodec::encodeJpeg(const platform::Image& image, double) const {

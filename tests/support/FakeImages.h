@@ -7,7 +7,8 @@ namespace kestrin::test {
 /// Pictures as "width height " and then the raw pixels; everything else is no picture.
 class FakeImageCodec : public platform::ImageCodec {
   public:
-    platform::Image decode(std::span<const std::uint8_t> bytes) const override;
+    platform::Image decode(std::span<const std::uint8_t> bytes,
+                           std::int64_t mostPixels = kMostPixels) const override;
     /// The quality does not show.
     std::vector<std::uint8_t> encodeJpeg(const platform::Image& image, double quality) const override;
     /// Takes the nearest pixel.

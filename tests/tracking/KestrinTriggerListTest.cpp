@@ -1,4 +1,4 @@
-#include "TriggerTest.h"
+#include "ProcessorTest.h"
 #include "platform/View.h"
 
 #include <gmock/gmock.h>
@@ -13,6 +13,17 @@ struct KestrinTriggerListTest : TriggerTest {
         const auto bytes = FakeImageCodec().encodeJpeg(makeImage(width, height), 1);
         system->files.writeDocument(id + ".jpg", bytes);
     }
+    TriggerSet build(const TriggerBundle& bundle) {
+        TriggerSet set;
+        progress.clear();
+        TriggerSetBuild::start(
+            bundle, [&](float value) { progress.push_back(value); },
+            [&](TriggerSet built) { set.swap(built); });
+        system->queues.runWorkers();
+        return set;
+    }
+
+    std::vector<float> progress;
 };
 
 TEST_F(KestrinTriggerListTest, KeepsEveryGoodTriggerOfABadBundle) {
@@ -62,16 +73,10 @@ TEST_F(KestrinTriggerListTest, GivesTriggersTheirWidths) {
     for (const auto& trigger : bundle.triggers)
         cache(trigger.id, 100, 100);
     const auto widths = [&] {
-        std::vector<float> progress;
-        TriggerSet set;
-        TriggerSetBuild::start(
-            bundle, [&](float value) { progress.push_back(value); },
-            [&](TriggerSet built) { set.swap(built); });
-        system->queues.runWorkers();
-        EXPECT_EQ(progress, (std::vector{0.25F, 0.5F, 0.75F})) << "a replaced record counts";
         std::vector<float> found;
-        for (const auto& trigger : set)
+        for (const auto& trigger : build(bundle))
             found.push_back(float(trigger->physicalWidth));
+        EXPECT_EQ(progress, (std::vector{0.25F, 0.5F, 0.75F})) << "a replaced record counts";
         return found;
     };
     EXPECT_EQ(widths(), (std::vector{0.2F, 0.2F, 0.2F}));
@@ -81,19 +86,23 @@ TEST_F(KestrinTriggerListTest, GivesTriggersTheirWidths) {
     }
 }
 
-TEST_F(KestrinTriggerListTest, KeepsReferenceImagesSmall) {
-    cache("big", 1501, 1000);
+TEST_F(KestrinTriggerListTest, KeepsReferenceImagesSmallHoweverManyThereAre) {
+    cache("first", 1501, 1000);
+    cache("last", 1501, 1000);
     cache("long", 99, 30000); // too narrow, whatever it shrinks to
-    serve({"big", "long"});
-    beginLoad();
-    endLoad();
-    const auto set = list->getARKitTriggerSet();
-    ASSERT_EQ(namesOf(set), Lines{"big"});
-    const Image& image = set[0]->image;
-    EXPECT_EQ(image.pixels().size(), 500U * 333 * 4);
-    EXPECT_EQ(image.size(), (platform::Size{1500, 999}));
-    EXPECT_EQ(image.pixels()[7], 128) << "the mean of its field";
-    EXPECT_NEAR(set[0]->physicalSize().height, 0.2 * 1000 / 1501, 1e-4);
+    TriggerBundle bundle{{{"first", ""}, {"long", ""}, {"last", ""}}, 3};
+    for (const auto& [width, height] : {std::pair(500, 333), std::pair(68, 45)}) {
+        const TriggerSet set = build(bundle);
+        ASSERT_EQ(namesOf(set), (Lines{"first", "last"}));
+        for (const auto& trigger : set) {
+            EXPECT_EQ(trigger->image.pixelWidth(), width);
+            EXPECT_EQ(trigger->image.pixelHeight(), height);
+            EXPECT_EQ(trigger->image.pixels()[7], 128) << "the mean of its field";
+            EXPECT_EQ(trigger->physicalSize().height, double(0.2F) * 1000 / 1501);
+        }
+        while (bundle.triggers.size() < 10'000) // without a picture
+            bundle.triggers.insert(bundle.triggers.end() - 1, {std::to_string(bundle.triggers.size()), ""});
+    }
 }
 
 TEST_F(KestrinTriggerListTest, CallsTheNewestWaiterAfterEveryLoad) {

@@ -1,23 +1,18 @@
 #include "linux/storage/PixbufCodec.h"
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
-#include <turbojpeg.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdint>
 
 namespace kestrin::gtk {
 
 namespace {
 
-constexpr std::int64_t kMaximumPixels = 64'000'000;
-
 using PixbufRef = std::unique_ptr<GdkPixbuf, decltype(&g_object_unref)>;
 using LoaderRef = std::unique_ptr<GdkPixbufLoader, decltype(&g_object_unref)>;
 
 bool isReasonable(std::int64_t width, std::int64_t height) {
-    return width > 0 && height > 0 && width <= kMaximumPixels / height;
+    return width > 0 && height > 0 && width <= platform::ImageCodec::kMostPixels / height;
 }
 
 /// A size of zero makes the loader give up, or draw next to nothing, before it allocates the pixels.
@@ -59,41 +54,20 @@ std::vector<std::uint8_t> tightRgba(const GdkPixbuf* pixbuf) {
     return pixels;
 }
 
-/// From [0, 1], whatever else is given, to the library's 1..100.
-int percent(double quality) {
-    const double bounded = quality > 0 ? (quality < 1 ? quality : 1) : 0;
-    return std::max(1, int(std::lround(100 * bounded)));
+platform::Image readImage(std::span<const std::uint8_t> bytes) {
+    const PixbufRef pixbuf = bytes.empty() ? PixbufRef(nullptr, g_object_unref) : readPixbuf(bytes);
+    const int width = pixbuf ? gdk_pixbuf_get_width(pixbuf.get()) : 0;
+    const int height = pixbuf ? gdk_pixbuf_get_height(pixbuf.get()) : 0;
+    return isReasonable(width, height) ? platform::Image(width, height, tightRgba(pixbuf.get()))
+                                       : platform::Image();
 }
 
 } // namespace
 
-platform::Image PixbufCodec::decode(std::span<const std::uint8_t> bytes) const {
-    if (bytes.empty())
-        return {};
-    const PixbufRef pixbuf = readPixbuf(bytes);
-    if (!pixbuf)
-        return {};
-    const int width = gdk_pixbuf_get_width(pixbuf.get());
-    const int height = gdk_pixbuf_get_height(pixbuf.get());
-    if (!isReasonable(width, height))
-        return {};
-    return {width, height, tightRgba(pixbuf.get())};
-}
-
-std::vector<std::uint8_t> PixbufCodec::encodeJpeg(const platform::Image& image, double quality) const {
-    if (!image.isValid())
-        return {};
-    const std::unique_ptr<void, decltype(&tjDestroy)> compressor(tjInitCompress(), tjDestroy);
-    unsigned char* bytes = nullptr;
-    unsigned long size = 0;
-    const int result = compressor ? tjCompress2(compressor.get(), image.pixels().data(), image.pixelWidth(),
-                                                0, image.pixelHeight(), TJPF_RGBX, &bytes, &size,
-                                                quality < 1 ? TJSAMP_420 : TJSAMP_444, percent(quality), 0)
-                                  : -1;
-    const std::unique_ptr<unsigned char, decltype(&tjFree)> owned(bytes, tjFree);
-    if (result != 0)
-        return {};
-    return {bytes, bytes + size};
+platform::Image PixbufCodec::decode(std::span<const std::uint8_t> bytes, std::int64_t mostPixels) const {
+    if (const auto jpeg = readJpeg(bytes, mostPixels))
+        return jpeg->shrunk(mostPixels);
+    return readImage(bytes).shrunk(mostPixels);
 }
 
 } // namespace kestrin::gtk

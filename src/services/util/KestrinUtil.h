@@ -54,8 +54,9 @@ class KestrinUtil {
     /// Keeps the image in the documents folder as "NAME.jpg", at the best quality; nothing happens when it
     /// cannot be written. A name that would lead out of the folder is refused.
     static void saveJPGImage(const platform::Image& image, const std::string& fileName);
-    /// What was saved under that name, or an absent image.
-    static platform::Image loadJPGImage(const std::string& fileName);
+    /// What was saved under that name, shrunk to at most that many pixels, or an absent image.
+    static platform::Image loadJPGImage(const std::string& fileName,
+                                        std::int64_t mostPixels = platform::ImageCodec::kMostPixels);
     /// The image of that name in the application's bundle, with its extension or without, or an absent one.
     /// It is decoded once and kept.
     static platform::Image loadJPGImageBundled(const std::string& name);

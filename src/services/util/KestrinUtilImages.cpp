@@ -20,9 +20,9 @@ void KestrinUtil::saveJPGImage(const platform::Image& image, const std::string& 
         platform::platform().storage().writeDocument(jpgName(fileName), bytes);
 }
 
-platform::Image KestrinUtil::loadJPGImage(const std::string& fileName) {
+platform::Image KestrinUtil::loadJPGImage(const std::string& fileName, std::int64_t mostPixels) {
     const auto bytes = platform::platform().storage().readDocument(jpgName(fileName));
-    return bytes ? decodeImage(*bytes) : platform::Image();
+    return bytes ? decodeImage(*bytes, mostPixels) : platform::Image();
 }
 
 platform::Image KestrinUtil::loadJPGImageBundled(const std::string& name) {
