@@ -1,7 +1,9 @@
 #include "ProcessorTest.h"
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
+#include <thread>
 
 namespace kestrin::test {
 
@@ -11,25 +13,37 @@ namespace {
 
 std::shared_ptr<ArPlaneAnchor> makePlane() {
     auto plane = std::make_shared<ArPlaneAnchor>();
-    plane->identifier = "A";
+    plane->identifier = "P";
     plane->transform = {{{{0, 1, 0, 0}, {-1, 0, 0, 0}, {0, 0, 1, 0}, {10, 20, 30, 1}}}};
     plane->center = {1, 2, 3};
     plane->extent = {2, 0, 3};
-    auto mesh = std::make_shared<ArPlaneGeometry>();
-    mesh->vertices = {{0, 0, 0}, {1, 0, 0}, {1, 0, 1}, {5, 0, 1}};
-    mesh->triangleIndices = {0, 1, 2, 0, 2, 3};
-    plane->geometry = mesh;
+    plane->geometry = std::make_shared<ArPlaneGeometry>(
+        ArPlaneGeometry{{{0, 0, 0}, {1, 0, 0}, {1, 0, 1}, {5, 0, 1}}, {0, 1, 2, 0, 2, 3}});
     return plane;
+}
+
+std::shared_ptr<ArImageAnchor> makeTrigger(const std::string& name, const Vector4& position = {0, 0, 0, 1}) {
+    auto anchor = std::make_shared<ArImageAnchor>();
+    anchor->identifier = "id of " + name;
+    anchor->transform = Matrix::identity();
+    anchor->transform[3] = position;
+    anchor->referenceImage =
+        std::make_shared<ArReferenceImage>(ArReferenceImage{name, makeImage(200, 100), 0.5});
+    return anchor;
 }
 
 } // namespace
 
-TEST_F(ProcessorTest, ChoosesPlanesAndFocusByFlags) {
+struct TriggerTrackingTest : TriggerTest {
+    Lines newestImages() { return namesOf(session().runs().back().configuration.images); }
+};
+
+TEST_F(TriggerTrackingTest, FlagsChooseTheConfiguration) {
     constexpr unsigned h = ArConfiguration::kHorizontal, v = ArConfiguration::kVertical;
     struct Case {
         double level;
         std::vector<const char*> flags;
-        unsigned planes;
+        unsigned planes; ///< none: images are followed without a world
         bool focus;
     };
     const Case cases[] = {
@@ -38,30 +52,41 @@ TEST_F(ProcessorTest, ChoosesPlanesAndFocusByFlags) {
         {12, {"verticalplanes"}, v, false},
         {12, {"verticalplanes", "horizontalplanes"}, h | v, false},
         {11, {"verticalplanes"}, h, true}, // focus is left as the system has it
+        {12, {"triggerimage"}, 0, true},
+        {12, {"triggerimage", "autofocus"}, 0, false},
+        {12, {"triggerimage", "snap"}, h, false},
+        {12, {"triggerimage", "triggerlock"}, h, false},
+        {12, {"triggerimage", "lockonloss"}, h, false},
+        {11.3, {"triggerimage", "autofocus"}, h, true},
     };
+    load({"a"});
     for (const auto& [level, flags, planes, focus] : cases) {
+        const std::string words = testing::PrintToString(flags);
         system->level = level;
-        KestrinFeatureFlags::getInstance()->clear();
-        for (const char* word : flags)
-            flag(word);
+        useFlags(flags);
+        listener->take();
         processor->setup(480, 640);
-        EXPECT_EQ(session().runs().back().configuration.planeDetection, planes);
-        EXPECT_EQ(session().runs().back().configuration.autoFocusEnabled, focus);
+        const auto configuration = session().runs().back().configuration;
+        EXPECT_EQ(configuration.kind == ArConfiguration::Kind::imageOnly, planes == 0) << words;
+        EXPECT_EQ(configuration.planeDetection, planes) << words;
+        EXPECT_EQ(configuration.autoFocusEnabled, focus) << words;
+        EXPECT_EQ(configuration.maximumNumberOfTrackedImages, planes ? 0 : 1);
+        EXPECT_TRUE(configuration.lightEstimationEnabled);
+        EXPECT_EQ(newestImages(), Lines{"a"});
+        const bool reportsTriggers = !flags.empty() && flags[0] == std::string("triggerimage");
+        EXPECT_EQ(listener->take()[1], reportsTriggers ? "trigger started" : "plane started") << words;
     }
 }
 
-TEST_F(ProcessorTest, RemembersAStartThatComesTooEarly) {
-    processor->start();
+TEST_F(ProcessorTest, NamesItsTrackerWithTheSnapFlagOnly) {
+    processor->start(); // remembered
     processor->pause(); // does not forget it
     takeLog();
     for (const int starts : {1, 0}) { // it is done once
         processor->setup(480, 640);
         EXPECT_EQ(std::ranges::count(takeLog(), "ARKitMarkerlessProcessor::start"), starts);
     }
-}
-
-TEST_F(ProcessorTest, NamesItsTrackerWithTheSnapFlagOnly) {
-    run();
+    listener->take();
     processor->start();
     EXPECT_EQ(listener->take(), (Lines{"projection", "viewport 480.0 640.0"}));
     flag("snap");
@@ -126,24 +151,29 @@ TEST_F(ProcessorTest, TurnsWithTheInterface) {
 
 TEST_F(ProcessorTest, MapsTheReasons) {
     run();
-    const auto told = [&](TrackingReason reason) {
-        session().send(frame(1, [&](FakeArCamera& c) { c.reason = reason; }));
-        const auto lines = listener->take();
-        return lines.size() == 2 ? lines[1] : "";
+    struct Case {
+        double level;
+        TrackingReason reason;
+        Lines told;
     };
-    EXPECT_EQ(told(TrackingReason::initializing), "reason 1");
-    EXPECT_EQ(told(TrackingReason::insufficientFeatures), "reason 4");
-    EXPECT_EQ(told(TrackingReason::relocalizing), "reason 2");
-    EXPECT_EQ(told(TrackingReason::none), "reason 0");
-    system->level = 11.0;
-    EXPECT_EQ(told(TrackingReason::relocalizing), "");
+    const Case cases[] = {{12, TrackingReason::initializing, {"reason 1"}},
+                          {12, TrackingReason::initializing, {}}, // told already
+                          {12, TrackingReason::excessiveMotion, {"reason 3"}},
+                          {12, TrackingReason::insufficientFeatures, {"reason 4"}},
+                          {12, TrackingReason::relocalizing, {"reason 2"}},
+                          {12, TrackingReason::none, {"reason 0"}},
+                          {11, TrackingReason::relocalizing, {}}};
+    for (const auto& [level, reason, told] : cases) {
+        system->level = level;
+        session().send(frame(1, [&, why = reason](FakeArCamera& c) { c.reason = why; }));
+        const Lines lines = listener->take();
+        EXPECT_EQ(Lines(lines.begin() + 1, lines.end()), told);
+    }
 }
 
 TEST_F(ProcessorTest, SendsTheLightEveryTwoSeconds) {
     processor->setup(480, 640);
-    processor->setup(480, 640); // schedules nothing more
-    processor->startCamera();
-    listener->take();
+    run(); // schedules nothing more
     advance(2);
     EXPECT_EQ(listener->take(), Lines{"light 1.000000"}) << "full before the first frame";
     constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
@@ -167,19 +197,129 @@ TEST_F(ProcessorTest, SendsTheLightEveryTwoSeconds) {
 TEST_F(ProcessorTest, ReportsPlanesAboutTheirCentreOrWithAMesh) {
     run();
     const auto plane = makePlane();
-    session().add({plane, std::make_shared<ArImageAnchor>()});
-    EXPECT_EQ(listener->take(), Lines{"plane added A 2.0 3.0"});
+    session().add({plane, makeTrigger("t")});
+    EXPECT_EQ(listener->take(), Lines{"plane added P 2.0 3.0"});
     // Added along the world's axes although the plane is turned.
     EXPECT_EQ(listener->pose[3], (Vector4{11, 22, 33, 1}));
     flag("planegeometry");
     session().update({plane});
-    EXPECT_EQ(listener->take(), (Lines{"plane updated A 2.0 3.0", "plane geometry A 4 5.0 6 3"}));
+    EXPECT_EQ(listener->take(), (Lines{"plane updated P 2.0 3.0", "plane geometry P 4 5.0 6 3"}));
     EXPECT_EQ(listener->pose, plane->transform);
     system->level = 11.0; // no meshes there
     session().update({plane});
     EXPECT_EQ(listener->pose[3], (Vector4{11, 22, 33, 1}));
     session().remove({plane});
-    EXPECT_EQ(listener->take(), (Lines{"plane updated A 2.0 3.0", "plane removed A"}));
+    EXPECT_EQ(listener->take(), (Lines{"plane updated P 2.0 3.0", "plane removed P"}));
+}
+
+TEST_F(TriggerTrackingTest, ReportsTriggersBesidesPlanes) {
+    run();
+    const auto lost = makeTrigger("lost");
+    lost->isTracked = false;
+    session().add({makePlane(), makeTrigger("t"), lost});
+    EXPECT_EQ(listener->take(),
+              (Lines{"trigger added t 0.5 0.2", "trigger added lost 0.5 0.2", "plane added P 2.0 3.0"}));
+    session().update({lost, makeTrigger("t"), makePlane()});
+    EXPECT_EQ(listener->take(), (Lines{"trigger updated t 0.5 0.2", "plane updated P 2.0 3.0"}));
+    EXPECT_EQ(session().removedAnchors(), Lines{"id of lost"});
+    session().remove({makePlane(), lost});
+    EXPECT_EQ(listener->take(), Lines{"trigger removed lost"}) << "planes are not taken back";
+    processor->stop();
+    EXPECT_EQ(listener->take(), (Lines{"lost markerless", "trigger clear"}));
+    // In a world a lost image is reported as it is.
+    flag("lockonloss");
+    run();
+    session().update({lost});
+    EXPECT_EQ(listener->take(), Lines{"trigger updated lost 0.5 0.2"});
+    EXPECT_EQ(session().removedAnchors().size(), 1U);
+}
+
+TEST_F(TriggerTrackingTest, StartsOnceItsTriggersAreThere) {
+    serve({"a"});
+    beginLoad();
+    processor->setup(480, 640);
+    processor->start();
+    processor->startCamera();
+    EXPECT_EQ(listener->take(), Lines{"reason 5"});
+    endLoad();
+    EXPECT_EQ(newestImages(), Lines{"a"});
+    EXPECT_EQ(listener->take(),
+              (Lines{"trigger clear", "trigger started", "projection", "viewport 480.0 640.0", "projection",
+                     "viewport 480.0 640.0", "reason 1"}));
+    session().send(frame(1, [](FakeArCamera& c) { c.reason = TrackingReason::initializing; }));
+    EXPECT_EQ(listener->take(), Lines{"tracked markerless 1.0"}) << "that was told already";
+    // Every later load runs the session again.
+    for (const Lines& ids : {Lines{"b", "c"}, Lines{}}) {
+        load(ids);
+        EXPECT_EQ(newestImages(), (Lines{"b", "c"})) << "an empty load changes nothing";
+    }
+    EXPECT_EQ(session().runs().size(), 3U);
+    processor->detach();
+    load({"d"});
+    EXPECT_EQ(session().runs().size(), 3U) << "nobody is left to run for";
+}
+
+TEST_F(TriggerTrackingTest, SnapsTheNearestStrictlyInside) {
+    EXPECT_EQ(processor->snapMarker(), std::nullopt) << "no frame";
+    run();
+    const auto seen = frame(1, [](FakeArCamera& camera) { camera.pose[3] = {0, 0, 10, 1}; });
+    // The fake camera sees a point where its x and y say.
+    seen->anchors = {makePlane(),
+                     makeTrigger("edge", {0, 5, 10, 1}),
+                     makeTrigger("other edge", {480, 5, 10, 1}),
+                     makeTrigger("far", {100, 600, 10, 1}),
+                     makeTrigger("near", {100, 1, -40, 1}),
+                     makeTrigger("as near", {100, 1, 60, 1}),
+                     makeTrigger("below", {1, 640, 10, 1})};
+    session().send(seen);
+    takeLog();
+    EXPECT_EQ(processor->snapMarker(), "near");
+    const auto lines = takeLog();
+    EXPECT_EQ(Lines(lines.begin() + 2, lines.begin() + 4),
+              (Lines{"projection - (100.000000 600.000000) viewport - (480.000000 640.000000) angle - "
+                     "(105.000000)",
+                     "passed - far"}));
+    seen->anchors.resize(3);
+    EXPECT_EQ(processor->snapMarker(), std::nullopt);
+    system->level = 11.2;
+    takeLog();
+    EXPECT_TRUE(!processor->snapMarker() && takeLog().empty());
+}
+
+// Loads end, on several workers, while others set up, report and snap; the sanitizers watch.
+TEST_F(TriggerTrackingTest, SetsUpBetweenThreads) {
+    processor->setup(480, 640); // makes the list, on main
+    processor->startCamera();
+    system->queues.startWorkerThreads(3);
+    std::atomic<bool> done = false;
+    std::thread tracking([&] {
+        for (int i = 0; !done; ++i) {
+            auto next = frame(i);
+            next->anchors = {makeTrigger("t")};
+            session().send(next);
+            session().update(next->anchors);
+        }
+    });
+    std::thread host([&] {
+        while (!done) {
+            processor->reset();
+            processor->snapMarker();
+            processor->stop();
+        }
+    });
+    Lines ids;
+    for (int i = 0; i < 40; ++i) {
+        ids.push_back(std::to_string(i));
+        serve(ids);
+        beginLoad(); // all but the newest are in the cache by now
+        runMain();
+        system->queues.waitForWorkers();
+        runMain();
+    }
+    done = true;
+    tracking.join();
+    host.join();
+    EXPECT_EQ(namesOf(list->getARKitTriggerSet()), ids) << "in order, whoever read them";
 }
 
 } // namespace kestrin::test
