@@ -38,6 +38,8 @@ class FrameSource {
     virtual std::optional<std::string> open() = 0;
     /// A run begins, with what `ArSession::run` was given.
     virtual void begin(const platform::ArConfiguration& configuration, unsigned options) = 0;
+    /// The run is over, and no frame is asked for until the next begins.
+    virtual void rest() {}
     /// The anchor is removed with the next frame, and may then be found afresh.
     virtual void forget(const std::string& identifier) = 0;
 

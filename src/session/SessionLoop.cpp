@@ -44,9 +44,12 @@ void SessionLoop::run(const platform::ArConfiguration& configuration, unsigned o
 }
 
 void SessionLoop::pause() {
-    const std::lock_guard lock(m_mutex);
-    ++m_generation;
-    m_isRunning = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_generation;
+        m_isRunning = false;
+    }
+    m_wake.notify_all();
 }
 
 void SessionLoop::stop() {
@@ -141,6 +144,12 @@ bool SessionLoop::waitUntilDue(Lock& lock) {
             beginRun(lock);
             continue;
         }
+        if (!m_isRunning && std::exchange(m_isFed, false)) {
+            lock.unlock();
+            m_source->rest();
+            lock.lock();
+            continue;
+        }
         const std::optional<double> time = m_isRunning ? m_source->nextTime() : std::nullopt;
         if (!time) {
             m_hasEnded = m_isRunning;
@@ -171,6 +180,7 @@ void SessionLoop::beginRun(Lock& lock) {
     const platform::ArConfiguration configuration = *m_configuration;
     lock.unlock();
     m_source->begin(configuration, options);
+    m_isFed = true;
     m_estimatesLight = configuration.lightEstimationEnabled;
     m_start = Clock::now() - seconds(m_source->nextTime().value_or(0) / m_speed);
     lock.lock();
@@ -232,7 +242,6 @@ std::uint64_t SessionLoop::frames() const {
     return m_frames;
 }
 
-/// False when the run to which the frame belongs is over.
 /// False when the run to which the frame belongs is over.
 bool SessionLoop::publish(std::shared_ptr<const ArFrame> frame, Generation generation) {
     const std::lock_guard lock(m_mutex);

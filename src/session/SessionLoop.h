@@ -104,6 +104,7 @@ class SessionLoop : public std::enable_shared_from_this<SessionLoop> {
     std::optional<BufferPool> m_pool;
     AnchorLedger m_anchors;
     bool m_estimatesLight = false;
+    bool m_isFed = false;      ///< the source has begun a run and does not rest
     Clock::time_point m_start; ///< when the source's time 0 was, or would have been
 };
 
