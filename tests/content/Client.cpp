@@ -1,5 +1,7 @@
 #include "Client.h"
 
+#include "content/GPointer.h"
+
 namespace kestrin::content {
 
 // Without the system's trusted certificates, which would be read anew for every connection.
@@ -12,37 +14,32 @@ Client::~Client() {
 
 Answer Client::request(const std::string& method, const std::string& url,
                        const std::map<std::string, std::string>& headers, const std::string& body) {
-    SoupMessage* const message = soup_message_new(method.c_str(), url.c_str());
-    g_signal_connect(message, "accept-certificate",
-                     G_CALLBACK(+[](SoupMessage*, GTlsCertificate*, GTlsCertificateFlags,
-                                    gpointer) -> gboolean { return TRUE; }),
-                     nullptr);
+    const auto message = GPointer<SoupMessage>::adopt(soup_message_new(method.c_str(), url.c_str()));
+    g_signal_connect(message.get(), "accept-certificate", G_CALLBACK(+[] { return TRUE; }), nullptr);
     for (const auto& [name, value] : headers)
-        soup_message_headers_replace(soup_message_get_request_headers(message), name.c_str(), value.c_str());
-    if (!body.empty()) {
-        GBytes* const bytes = g_bytes_new(body.data(), body.size());
-        soup_message_set_request_body_from_bytes(message, nullptr, bytes);
-        g_bytes_unref(bytes);
-    }
+        soup_message_headers_replace(soup_message_get_request_headers(message.get()), name.c_str(),
+                                     value.c_str());
+    using Bytes = GHandle<GBytes, g_bytes_unref>;
+    const Bytes sent(g_bytes_new(body.data(), body.size()));
+    if (!body.empty())
+        soup_message_set_request_body_from_bytes(message.get(), nullptr, sent.get());
     Answer answer;
-    GError* error = nullptr;
-    if (GBytes* const received = soup_session_send_and_read(m_session, message, nullptr, &error)) {
-        gsize size = 0;
-        const auto* const data = static_cast<const char*>(g_bytes_get_data(received, &size));
-        answer.body.assign(data ? data : "", size);
-        g_bytes_unref(received);
-        answer.status = soup_message_get_status(message);
-        soup_message_headers_foreach(
-            soup_message_get_response_headers(message),
-            +[](const char* name, const char* value, gpointer to) {
-                (*static_cast<std::map<std::string, std::string>*>(to))[name] = value;
-            },
-            &answer.headers);
-    } else {
-        answer.error = error->message;
-        g_error_free(error);
+    GFailure failure;
+    const Bytes received(soup_session_send_and_read(m_session, message.get(), nullptr, failure.out()));
+    if (!received) {
+        answer.error = failure.text();
+        return answer;
     }
-    g_object_unref(message);
+    gsize size = 0;
+    const auto* const data = static_cast<const char*>(g_bytes_get_data(received.get(), &size));
+    answer.body.assign(data ? data : "", size);
+    answer.status = soup_message_get_status(message.get());
+    soup_message_headers_foreach(
+        soup_message_get_response_headers(message.get()),
+        +[](const char* name, const char* value, gpointer to) {
+            (*static_cast<std::map<std::string, std::string>*>(to))[name] = value;
+        },
+        &answer.headers);
     return answer;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Client.h"
 #include "content/ContentServer.h"
 #include "support/TemporaryFolder.h"
 
@@ -35,10 +36,13 @@ class ServerTest : public testing::Test {
         ASSERT_FALSE(error) << *error;
     }
 
+    Answer get(const std::string& path) { return client.get(urlOf(server->port(), path)); }
+
     TemporaryFolder folder;
     Application application;
     ServerOptions options;
     std::optional<ContentServer> server;
+    Client client;
 };
 
 } // namespace kestrin::content

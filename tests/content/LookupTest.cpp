@@ -1,4 +1,3 @@
-#include "Client.h"
 #include "Fixture.h"
 #include "RawConnection.h"
 #include "content/GPointer.h"
@@ -91,8 +90,6 @@ class LookupTest : public ServerTest {
             lines += (lines.empty() ? "" : "\r\n") + std::string(rest.substr(0, 64));
         return json::serialize(json::object{{"application_id", id}, {"file", lines}});
     }
-
-    Client client;
 };
 
 TEST_F(LookupTest, FindsWhatIsSeen) {

@@ -9,39 +9,32 @@
 namespace kestrin::content {
 
 RawConnection::RawConnection(std::uint16_t port, Greeting greeting) {
-    GSocketClient* const client = g_socket_client_new();
-    g_socket_client_set_timeout(client, 10);
-    g_socket_client_set_enable_proxy(client, FALSE);
-    m_connection = g_socket_client_connect_to_host(client, "127.0.0.1", port, nullptr, nullptr);
-    g_object_unref(client);
+    const auto client = GPointer<GSocketClient>::adopt(g_socket_client_new());
+    g_socket_client_set_timeout(client.get(), 10);
+    g_socket_client_set_enable_proxy(client.get(), FALSE);
+    m_connection = GPointer<GSocketConnection>::adopt(
+        g_socket_client_connect_to_host(client.get(), "127.0.0.1", port, nullptr, nullptr));
     if (!m_connection)
         return;
-    g_socket_set_option(g_socket_connection_get_socket(m_connection), IPPROTO_TCP, TCP_NODELAY, 1, nullptr);
-    if (greeting == Greeting::None) {
-        m_stream = G_IO_STREAM(g_object_ref(m_connection));
+    g_socket_set_option(socket(), IPPROTO_TCP, TCP_NODELAY, 1, nullptr);
+    m_stream = GPointer<GIOStream>::share(G_IO_STREAM(m_connection.get()));
+    if (greeting == Greeting::None)
         return;
-    }
-    GIOStream* const tls = g_tls_client_connection_new(G_IO_STREAM(m_connection), nullptr, nullptr);
-    g_signal_connect(tls, "accept-certificate",
-                     G_CALLBACK(+[](GTlsConnection*, GTlsCertificate*, GTlsCertificateFlags,
-                                    gpointer) -> gboolean { return TRUE; }),
-                     nullptr);
-    g_tls_connection_set_require_close_notify(G_TLS_CONNECTION(tls), FALSE);
-    if (g_tls_connection_handshake(G_TLS_CONNECTION(tls), nullptr, nullptr))
-        m_stream = tls;
-    else
-        g_object_unref(tls);
+    m_stream = GPointer<GIOStream>::adopt(g_tls_client_connection_new(m_stream.get(), nullptr, nullptr));
+    g_signal_connect(m_stream.get(), "accept-certificate", G_CALLBACK(+[] { return TRUE; }), nullptr);
+    auto* const tls = G_TLS_CONNECTION(m_stream.get());
+    g_tls_connection_set_require_close_notify(tls, FALSE);
+    if (!g_tls_connection_handshake(tls, nullptr, nullptr))
+        m_stream.reset();
 }
 
 RawConnection::~RawConnection() {
     if (m_connection)
-        g_socket_shutdown(g_socket_connection_get_socket(m_connection), TRUE, TRUE, nullptr);
-    g_clear_object(&m_stream);
-    g_clear_object(&m_connection);
+        g_socket_shutdown(socket(), TRUE, TRUE, nullptr);
 }
 
 bool RawConnection::send(const std::string& bytes) {
-    return m_stream && g_output_stream_write_all(g_io_stream_get_output_stream(m_stream), bytes.data(),
+    return m_stream && g_output_stream_write_all(g_io_stream_get_output_stream(m_stream.get()), bytes.data(),
                                                  bytes.size(), nullptr, nullptr, nullptr);
 }
 
@@ -49,7 +42,7 @@ std::string RawConnection::receiveAll() {
     std::string all;
     std::vector<char> piece(64 * 1024);
     gssize got = 0;
-    while (m_stream && (got = g_input_stream_read(g_io_stream_get_input_stream(m_stream), piece.data(),
+    while (m_stream && (got = g_input_stream_read(g_io_stream_get_input_stream(m_stream.get()), piece.data(),
                                                   piece.size(), nullptr, nullptr)) > 0)
         all.append(piece.data(), static_cast<std::size_t>(got));
     return all;
@@ -58,11 +51,10 @@ std::string RawConnection::receiveAll() {
 bool RawConnection::isEnded() {
     if (!m_stream)
         return true;
-    const int raw = g_socket_get_fd(g_socket_connection_get_socket(m_connection));
     const gint64 until = g_get_monotonic_time() + 10 * G_USEC_PER_SEC;
     char piece[4096];
     while (g_get_monotonic_time() < until) {
-        const ssize_t got = recv(raw, piece, sizeof piece, MSG_DONTWAIT);
+        const ssize_t got = recv(g_socket_get_fd(socket()), piece, sizeof piece, MSG_DONTWAIT);
         if (got == 0 || (got < 0 && errno != EAGAIN))
             return true;
         if (got < 0)
@@ -73,17 +65,14 @@ bool RawConnection::isEnded() {
 
 void RawConnection::reset() {
     const linger now{1, 0};
-    GSocket* const socket = g_socket_connection_get_socket(m_connection);
-    setsockopt(g_socket_get_fd(socket), SOL_SOCKET, SO_LINGER, &now, sizeof now);
-    g_socket_close(socket, nullptr);
+    setsockopt(g_socket_get_fd(socket()), SOL_SOCKET, SO_LINGER, &now, sizeof now);
+    g_socket_close(socket(), nullptr);
 }
 
-void RawConnection::finishSending() {
-    g_socket_shutdown(g_socket_connection_get_socket(m_connection), FALSE, TRUE, nullptr);
-}
+void RawConnection::finishSending() { g_socket_shutdown(socket(), FALSE, TRUE, nullptr); }
 
 GTlsCertificate* RawConnection::certificate() const {
-    return g_tls_connection_get_peer_certificate(G_TLS_CONNECTION(m_stream));
+    return g_tls_connection_get_peer_certificate(G_TLS_CONNECTION(m_stream.get()));
 }
 
 std::string exchange(std::uint16_t port, const std::string& request) {

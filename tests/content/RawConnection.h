@@ -1,7 +1,8 @@
 #pragma once
 
+#include "content/GPointer.h"
+
 #include <cstdint>
-#include <gio/gio.h>
 #include <string>
 
 namespace kestrin::content {
@@ -15,7 +16,6 @@ class RawConnection {
     RawConnection(const RawConnection&) = delete;
     RawConnection& operator=(const RawConnection&) = delete;
 
-    bool isUp() const { return m_stream != nullptr; }
     /// False when the server has gone.
     bool send(const std::string& bytes);
     /// All bytes up to the end of the stream.
@@ -29,8 +29,10 @@ class RawConnection {
     GTlsCertificate* certificate() const;
 
   private:
-    GSocketConnection* m_connection = nullptr;
-    GIOStream* m_stream = nullptr;
+    GSocket* socket() const { return g_socket_connection_get_socket(m_connection.get()); }
+
+    GPointer<GSocketConnection> m_connection;
+    GPointer<GIOStream> m_stream;
 };
 
 /// What the server answers to one request, sent as it stands, on a connection of its own.
