@@ -11,17 +11,6 @@
 
 namespace kestrin {
 
-namespace {
-
-std::string encode(const std::vector<AppJSONStack::StackKey>& stacks) {
-    boost::json::array events;
-    for (const auto& stack : stacks)
-        events.emplace_back(stack->getMainStack());
-    return KestrinUtil::arrToJSON64(&events);
-}
-
-} // namespace
-
 AppJSONStack::AppJSONStack(std::shared_ptr<KestrinWebView> view) : webView(std::move(view)) {}
 
 AppJSONStack::StackKey AppJSONStack::push(const std::string& name) {
@@ -43,11 +32,15 @@ void AppJSONStack::deploy(const StackKey& stackKey, bool sendNow) {
     assertMain();
     if (!stackKey)
         return;
+    MainJson event(stackKey, &stackKey->getMainStack());
     if (!sendNow || !webView) {
+        nonCriticalMainJson.push_back(std::move(event));
         stacks.push_back(stackKey);
         return;
     }
-    send(encode({stackKey}));
+    criticalMainJson.push_back(std::move(event));
+    send(encode(criticalMainJson));
+    criticalMainJson.clear();
     recycle(stackKey);
 }
 
@@ -58,9 +51,10 @@ void AppJSONStack::deployDirect(const std::optional<std::string>& text) {
 
 std::optional<std::string> AppJSONStack::updateDirect() {
     assertMain();
-    if (stacks.empty())
+    if (nonCriticalMainJson.empty())
         return std::nullopt;
-    std::string text = encode(stacks);
+    std::string text = encode(nonCriticalMainJson);
+    nonCriticalMainJson.clear();
     for (const auto& stack : std::exchange(stacks, {}))
         recycle(stack);
     return text;
@@ -71,6 +65,13 @@ void AppJSONStack::update() {
         return;
     if (const auto text = updateDirect())
         send(*text);
+}
+
+std::string AppJSONStack::encode(const std::vector<MainJson>& events) {
+    boost::json::array list;
+    for (const MainJson& event : events)
+        list.emplace_back(*event);
+    return KestrinUtil::arrToJSON64(&list);
 }
 
 void AppJSONStack::send(const std::string& text) {

@@ -34,12 +34,18 @@ class AppJSONStack {
     void update();
 
   private:
+    /// A stack's main map, which it keeps alive: what is put before the sending is sent.
+    using MainJson = std::shared_ptr<const boost::json::object>;
+
+    static std::string encode(const std::vector<MainJson>& events);
     void send(const std::string& text);
     void recycle(const StackKey& stack);
 
     const std::shared_ptr<KestrinWebView> webView;
-    std::vector<StackKey> stacks; ///< deployed and not sent yet
-    std::map<std::string, std::vector<StackKey>> idMaps;
+    std::vector<StackKey> stacks;                        ///< deployed and not sent yet
+    std::map<std::string, std::vector<StackKey>> idMaps; ///< idle, by name
+    std::vector<MainJson> criticalMainJson;              ///< being sent
+    std::vector<MainJson> nonCriticalMainJson;           ///< wait for the next `update`
 };
 
 } // namespace kestrin
