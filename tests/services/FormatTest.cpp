@@ -7,17 +7,14 @@
 #include <limits>
 #include <locale>
 
-using kestrin::format;
-using kestrin::saturatingCast;
+using namespace kestrin;
 
 TEST(Format, TakesEveryKindOfText) {
-    const char* const missing = nullptr;
-    EXPECT_EQ(format("%@|%@|%@|%@", "a", std::string("b"), std::string_view("x\0y", 3),
-                     std::optional<std::string>("d")),
+    const std::optional<std::string> text = "d", none;
+    EXPECT_EQ(format("%@|%@|%@|%@", "a", std::string("b"), std::string_view("x\0y", 3), text),
               std::string_view("a|b|x\0y|d", 9));
-    EXPECT_EQ(format("%@ %@ %@", missing, std::optional<std::string>(), std::nullopt),
-              "(null) (null) (null)");
-    EXPECT_EQ(format("%@%@", "%@ %f", ""), "%@ %f");
+    EXPECT_EQ(format("%@ %@ %@%@", static_cast<const char*>(nullptr), none, std::nullopt, "%@ %f"),
+              "(null) (null) (null)%@ %f");
 }
 
 TEST(Format, PrintsNumbersTheSameInEveryLocale) {
@@ -29,13 +26,10 @@ TEST(Format, PrintsNumbersTheSameInEveryLocale) {
     EXPECT_EQ(format("%f %f %f", 1234567, 0.1F, -1e-9), "1234567.000000 0.100000 -0.000000");
     EXPECT_EQ(format("%.1f %.1f %.0f", 0.25, -12.36, 2.5), "0.2 -12.4 2");
     EXPECT_EQ(format("%f", -std::numeric_limits<double>::max()).size(), 1U + 309 + 7);
-    EXPECT_EQ(format("%f %f", std::nan(""), -std::numeric_limits<double>::infinity()), "nan -inf");
+    EXPECT_EQ(format("%f", std::nan("")), "nan");
     EXPECT_EQ(format("%i %d %i %c%c", -7, true, std::int64_t(1) << 40, 'x', 121), "-7 1 1099511627776 xy");
     EXPECT_EQ(format("100%% of %i", 1e300), "100% of 9223372036854775807");
     std::locale::global(before);
-}
-
-TEST(SaturatingCast, StaysWithinTheType) {
     EXPECT_EQ(saturatingCast<std::int32_t>(2147483648.0), 2147483647);
     EXPECT_EQ(saturatingCast<std::uint8_t>(-1), 0);
     EXPECT_EQ(saturatingCast<std::int32_t>(std::nan("")), 0);

@@ -6,53 +6,49 @@
 using namespace kestrin;
 using platform::Authorization;
 
-using KestrinPermissionTest = test::PlatformTest;
+struct KestrinPermissionTest : test::PlatformTest {
+    int granted = 0, denied = 0;
+
+    void ask(void (*question)(KestrinPermission::Callback, KestrinPermission::Callback), Authorization camera,
+             Authorization photos) {
+        system->person.status = camera;
+        system->person.photoStatus = photos;
+        question([this] { ++granted; }, [this] { ++denied; });
+    }
+    void expectAnswers(int yes, int no) {
+        EXPECT_EQ(granted, yes);
+        EXPECT_EQ(denied, no);
+    }
+};
 
 TEST_F(KestrinPermissionTest, AKnownAnswerIsGivenAtOnceAndANewOneOnMain) {
-    int granted = 0, denied = 0;
-    const auto ask = [&](Authorization status) {
-        system->person.status = status;
-        KestrinPermission::askCameraAccess([&] { ++granted; }, [&] { ++denied; });
-    };
-    ask(Authorization::authorized);
-    ask(Authorization::denied);
-    ask(Authorization::restricted);
+    for (const auto status : {Authorization::authorized, Authorization::denied, Authorization::restricted})
+        ask(KestrinPermission::askCameraAccess, status, Authorization::authorized);
+    ask(KestrinPermission::askPhotoAccess, Authorization::authorized, Authorization::limited);
+    expectAnswers(1, 3);
     EXPECT_TRUE(system->person.questions.empty());
-    ask(Authorization::notDetermined);
+    ask(KestrinPermission::askCameraAccess, Authorization::notDetermined, Authorization::denied);
     test::offMain([&] { system->person.answerCamera(false); });
-    EXPECT_EQ(granted, 1);
-    EXPECT_EQ(denied, 2);
+    expectAnswers(1, 3);
     runMain();
-    EXPECT_EQ(denied, 3);
-}
-
-TEST_F(KestrinPermissionTest, PhotosAreAskedForAfterTheCameraAndOnlyAllOfThemCount) {
-    int granted = 0, denied = 0;
-    const auto ask = [&](auto question) { question([&] { ++granted; }, [&] { ++denied; }); };
-    system->person.photoStatus = Authorization::limited;
-    ask(KestrinPermission::askPhotoAccess);
-    EXPECT_EQ(denied, 1);
-    system->person.photoStatus = Authorization::notDetermined;
-    ask(KestrinPermission::askAccess);
-    EXPECT_TRUE(system->person.photoQuestions.empty()) << "it waits for its turn";
-    runMain();
-    system->person.answerPhotos(true);
-    EXPECT_EQ(granted, 1);
-    system->person.photoStatus = Authorization::notDetermined;
-    system->person.status = Authorization::denied;
-    ask(KestrinPermission::askAccess);
-    runMain();
-    EXPECT_EQ(denied, 2);
-    EXPECT_TRUE(system->person.photoQuestions.empty());
-}
-
-TEST_F(KestrinPermissionTest, TheRefusalSaysHowToGrant) {
+    expectAnswers(1, 4);
     KestrinPermission::denyCameraMessage();
     runMain();
     ASSERT_EQ(system->app.alerts.size(), 1U);
     EXPECT_EQ(system->app.alerts[0].title, "Oops!");
-    EXPECT_THAT(system->app.alerts[0].message,
-                testing::StartsWith("The app doesn\xE2\x80\x99t have access to your camera and it "
-                                    "needs this to function. You can grant access in Privacy "
-                                    "Settings.\n\n1. Close this app\n\n2. Open settings\n\n3. "));
+    EXPECT_EQ(system->app.alerts[0].message,
+              "The app doesn\u2019t have access to your camera and it needs this to function. You can grant "
+              "access in Privacy Settings.\n\n1. Close this app\n\n2. Open settings\n\n3. Scroll down and "
+              "select this app in the list\n\n4. Select Privacy\n\n5. Turn on Camera Access\n\n6. Restart "
+              "this app");
+}
+
+TEST_F(KestrinPermissionTest, PhotosAreAskedForAfterTheCamera) {
+    ask(KestrinPermission::askAccess, Authorization::denied, Authorization::notDetermined);
+    ask(KestrinPermission::askAccess, Authorization::authorized, Authorization::notDetermined);
+    EXPECT_TRUE(system->person.photoQuestions.empty()) << "it waits for its turn";
+    runMain();
+    EXPECT_EQ(system->person.photoQuestions.size(), 1U);
+    system->person.answerPhotos(true);
+    expectAnswers(1, 1);
 }

@@ -15,21 +15,18 @@ KestrinSettings parse(std::string_view json) {
 
 } // namespace
 
-TEST(KestrinSettings, EachConstructionHasItsOwnDefaults) {
-    const KestrinSettings plain, copied = KestrinSettings::initWithSettings(nullptr),
-                                 byNumber = KestrinSettings::initWithKeyInt(42);
-    for (const KestrinSettings& settings : {plain, copied, byNumber})
-        EXPECT_EQ(settings.getTemplateUrl(), std::string("https://") + Deployment::kWebHost);
-    EXPECT_TRUE(plain.getDebugEnabled() && copied.getDebugEnabled());
-    EXPECT_FALSE(byNumber.getDebugEnabled() || parse(R"({"baseUrl":"x"})").getDebugEnabled());
-}
-
 TEST(KestrinSettings, ReadsEveryMemberByItsTruth) {
     const KestrinSettings settings = parse(R"({"baseUrl":"a","autoStart":1,"destroyTemplate":"true",
         "blockTemplate":0,"debugEnabled":true,"baseCommand":"!as it is!"})");
     EXPECT_TRUE(settings.getAutoStart() && settings.getDebugEnabled());
     EXPECT_FALSE(settings.getTemplateDestroy() || settings.getTemplateBlocked());
     EXPECT_EQ(settings.getTemplateCommand(), "!as it is!");
+
+    const KestrinSettings plain, byNumber = KestrinSettings::initWithKeyInt(42);
+    for (const KestrinSettings& defaults : {plain, KestrinSettings::initWithSettings(nullptr), byNumber})
+        EXPECT_EQ(defaults.getTemplateUrl(), std::string("https://") + Deployment::kWebHost);
+    EXPECT_TRUE(plain.getDebugEnabled());
+    EXPECT_FALSE(byNumber.getDebugEnabled() || parse(R"({"baseUrl":"x"})").getDebugEnabled());
 }
 
 TEST(KestrinSettings, BrokenKeyStringsAreInvalid) {
@@ -55,6 +52,9 @@ TEST(KestrinSettings, CopyingMakesAddressesSecure) {
         {"http://u:p@a/?u=http://b", "https://u:p@a/?u=https://b", "https://a"},
         {"apps.example/t?u=http://b", "https://apps.example/t?u=http://b", "https://apps.example"},
         {"HTTP://a", "https://HTTP://a", "https://HTTP"},
+        {"[::1]:8080/a", "https://[::1]:8080/a", "https://[::1]"},
+        {"https://:80/", "https://:80/", "https://"},
+        {"https://ex\nample/", "https://ex\nample/", "https://"},
         {"", "https://", "https://"}};
     KestrinSettings settings;
     for (const auto& [url, secure, host] : cases) {
@@ -65,22 +65,19 @@ TEST(KestrinSettings, CopyingMakesAddressesSecure) {
 }
 
 TEST(KestrinSettings, TheApplicationIsThatOfTheFirstCommand) {
-    KestrinSettings settings;
     const std::pair<const char*, std::optional<std::string>> cases[] = {
         {R"([{"data":{"appID":"a"}},{"data":{"appID":"b"}}])", "a"},
         {R"([{"data":"x"}])", {}},
         {R"({"data":{"appID":"a"}})", {}}};
+    KestrinSettings settings;
     for (const auto& [command, application] : cases) {
         settings.mCommand = base64Encode(command);
         EXPECT_EQ(settings.getApplicationID(), application) << command;
     }
-}
-
-TEST(KestrinSettings, TheLocalKeyStringOpensTheLocalTemplate) {
-    const KestrinSettings local = KestrinSettings::initWithKeyString(localKeyString());
-    EXPECT_EQ(local.getTemplateUrl(),
+    settings = KestrinSettings::initWithKeyString(localKeyString());
+    EXPECT_EQ(settings.getTemplateUrl(),
               std::string("https://") + Deployment::kApplicationHost + "/themes/sdkLive/local.html");
-    EXPECT_EQ(base64Decode(*local.getTemplateCommand()),
+    EXPECT_EQ(base64Decode(*settings.getTemplateCommand()),
               R"([{"eventName":"sdkloadapplication","data":{"appID":")" +
                   std::string(Deployment::kLocalApplicationId) + R"(","theme":"card3/www"}}])");
 }

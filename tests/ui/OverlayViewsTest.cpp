@@ -37,28 +37,19 @@ TEST_F(OverlayViewsTest, HideIsDeferredThenFades) {
     advance(0.15);
     EXPECT_LT(view->opacity(), 1);
     EXPECT_FALSE(view->isHidden());
-    advance(0.2);
-    EXPECT_EQ(view->opacity(), 0);
-    EXPECT_TRUE(view->isHidden());
-
-    view->show();
-    view->hide();
-    advance(0.6);
-    view->animateOpacity(0.5, 0.1, {});
-    advance(1);
-    EXPECT_FALSE(view->isHidden()) << "an interrupted fade hid the view";
-}
-
-TEST_F(OverlayViewsTest, AShowMeanwhileIsOvertakenByTheFade) {
     for (const double moment : {0.0, 0.3, 0.6}) {
+        advance(0.2);
+        EXPECT_TRUE(view->isHidden() && view->opacity() == 0) << "before " << moment;
         view->show();
         view->hide();
         advance(moment);
-        view->show();
+        view->show(); // is overtaken by the fade
         EXPECT_EQ(view->opacity(), 1);
-        advance(0.85 - moment);
-        EXPECT_TRUE(view->isHidden()) << "shown after " << moment;
+        advance(0.65 - moment);
     }
+    view->animateOpacity(0.5, 0.1, {});
+    advance(1);
+    EXPECT_FALSE(view->isHidden()) << "an interrupted fade hid the view";
 }
 
 TEST_F(OverlayViewsTest, FillsItsParentAlsoLater) {
@@ -70,34 +61,31 @@ TEST_F(OverlayViewsTest, FillsItsParentAlsoLater) {
     view->setFrame({{1, 1}, {2, 2}});
     view->clipToParent();
     EXPECT_EQ(view->frame(), (Rect{{0, 0}, {300, 150}}));
+    offMain([&] {
+        view->hideInstant();
+        view->removeFromParentView();
+    });
+    EXPECT_FALSE(view->isHidden());
+    EXPECT_EQ(view->superview(), parent);
+    runMain();
+    EXPECT_TRUE(view->isHidden());
+    EXPECT_EQ(view->superview(), nullptr);
     EXPECT_TRUE(takeLog().empty());
     view->addToParentView(nullptr);
     EXPECT_THAT(takeLog(), ElementsAre("Kestrin - KestrinCustomView - addToSubview - Cannot add since view "
                                        "argument is NULL."));
 }
 
-TEST_F(OverlayViewsTest, OffMainEverythingComesLaterInOrder) {
-    offMain([&] {
-        view->hideInstant();
-        view->addToParentView(parent);
-    });
-    EXPECT_FALSE(view->isHidden());
-    EXPECT_EQ(view->superview(), nullptr);
-    runMain();
-    EXPECT_TRUE(view->isHidden());
-    EXPECT_EQ(view->superview(), parent);
-}
-
 TEST_F(OverlayViewsTest, APictureShowsTheBackgroundAndWhitensTheSpinner) {
     const auto loading = SdkLoadingView::initWithFrame({});
     const auto picture = part<platform::ImageView>(*loading);
-    loading->setBGImage({});
-    EXPECT_TRUE(picture->isHidden());
-    EXPECT_NE(part<platform::Spinner>(*loading)->color(), platform::kWhite);
-    loading->setBGImage(test::makeImage(2, 3));
-    EXPECT_FALSE(picture->isHidden());
+    const auto spinner = part<platform::Spinner>(*loading);
+    for (const bool isThere : {false, true}) {
+        loading->setBGImage(isThere ? test::makeImage(2, 3) : platform::Image());
+        EXPECT_EQ(picture->isHidden(), !isThere);
+        EXPECT_EQ(spinner->color() == platform::kWhite, isThere);
+    }
     EXPECT_EQ(picture->image().pixelHeight(), 3);
-    EXPECT_EQ(part<platform::Spinner>(*loading)->color(), platform::kWhite);
 }
 
 TEST_F(OverlayViewsTest, MissingResourcesLeaveEmptyViews) {
