@@ -186,11 +186,11 @@ TEST_F(DrawingTest, ItDrawsAtTheWantedRateAndSleepsWhileUnseen) {
 
 // The pace of a delegate that waits longer than a period is its own, not rounded up to the next period.
 TEST_F(DrawingTest, ASlowDelegateSetsThePace) {
-    rate(10);
-    layer->beforeDraw = [] { std::this_thread::sleep_for(110ms); };
+    rate(5);
+    layer->beforeDraw = [] { std::this_thread::sleep_for(220ms); };
     show(*root);
-    waitForDraws(6);
-    EXPECT_LT(layer->shortest, 0.17); // every second period would be 0.2
+    waitForDraws(5);
+    EXPECT_LT(layer->shortest, 0.32); // every second period would be 0.4
 }
 
 // An application ends by closing its window; what its objects need may be gone right after.
