@@ -111,7 +111,7 @@ TEST_F(ProcessorTest, ProjectsForHalfTheViewport) {
     listener->take();
     processor->setViewport(751, 1335);
     EXPECT_EQ(asked, (std::vector<double>{1, 375, 667, 1, 200000}));
-    EXPECT_EQ(listener->projection[0].x, 7);
+    EXPECT_EQ(listener->matrix[0].x, 7);
     EXPECT_EQ(listener->take(), (Lines{"projection", "viewport 751.0 1335.0"}));
     processor->setViewport(751, 1335);
     EXPECT_TRUE(listener->take().empty());
@@ -136,17 +136,17 @@ TEST_F(ProcessorTest, TurnsWithTheInterface) {
         session().send(frame(1));
         EXPECT_EQ(takeLog().front(), expected.log);
         EXPECT_EQ(listener->take(), (Lines{"projection", expected.viewport, "tracked markerless 1.0"}));
-        EXPECT_EQ(listener->pose[0], expected.right) << expected.code;
-        EXPECT_EQ(listener->pose[1], expected.up) << expected.code;
+        EXPECT_EQ(listener->matrix[0], expected.right) << expected.code;
+        EXPECT_EQ(listener->matrix[1], expected.up) << expected.code;
     }
     system->app.interfaceOrientation.set(0);
     session().send(frame(2));
-    EXPECT_EQ(listener->pose, Matrix::identity()) << "an unknown code turns the pose back";
+    EXPECT_EQ(listener->matrix, Matrix::identity()) << "an unknown code turns the pose back";
     // The turn is multiplied from the right.
     system->app.interfaceOrientation.set(1);
     const Matrix camera = {{{{0, 0, -1, 0}, {0, 1, 0, 0}, {1, 0, 0, 0}, {4, 5, 6, 1}}}};
     session().send(frame(4, [&](FakeArCamera& c) { c.pose = camera; }));
-    EXPECT_EQ(listener->pose, (Matrix{{{{0, 1, 0, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {4, 5, 6, 1}}}}));
+    EXPECT_EQ(listener->matrix, (Matrix{{{{0, 1, 0, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {4, 5, 6, 1}}}}));
 }
 
 TEST_F(ProcessorTest, MapsTheReasons) {
@@ -200,14 +200,14 @@ TEST_F(ProcessorTest, ReportsPlanesAboutTheirCentreOrWithAMesh) {
     session().add({plane, makeTrigger("t")});
     EXPECT_EQ(listener->take(), Lines{"plane added P 2.0 3.0"});
     // Added along the world's axes although the plane is turned.
-    EXPECT_EQ(listener->pose[3], (Vector4{11, 22, 33, 1}));
+    EXPECT_EQ(listener->matrix[3], (Vector4{11, 22, 33, 1}));
     flag("planegeometry");
     session().update({plane});
     EXPECT_EQ(listener->take(), (Lines{"plane updated P 2.0 3.0", "plane geometry P 4 5.0 6 3"}));
-    EXPECT_EQ(listener->pose, plane->transform);
+    EXPECT_EQ(listener->matrix, plane->transform);
     system->level = 11.0; // no meshes there
     session().update({plane});
-    EXPECT_EQ(listener->pose[3], (Vector4{11, 22, 33, 1}));
+    EXPECT_EQ(listener->matrix[3], (Vector4{11, 22, 33, 1}));
     session().remove({plane});
     EXPECT_EQ(listener->take(), (Lines{"plane updated P 2.0 3.0", "plane removed P"}));
 }

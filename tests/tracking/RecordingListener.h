@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -19,13 +20,9 @@ class RecordingListener : public CVManagerDelegate {
     void onMarkerLost(const std::string& name) override { write("lost " + name); }
     void onMarkerTracked(const std::string& name, const platform::Matrix&, const platform::Matrix& view,
                          double timestamp) override {
-        keep(pose, view);
-        write(format("tracked %@ %.1f", name, timestamp));
+        write(format("tracked %@ %.1f", name, timestamp), view);
     }
-    void onUpdateProjectionMatrix(const platform::Matrix& matrix) override {
-        keep(projection, matrix);
-        write("projection");
-    }
+    void onUpdateProjectionMatrix(const platform::Matrix& told) override { write("projection", told); }
     void onUpdateViewport(const platform::Size& size) override {
         write(format("viewport %.1f %.1f", size.width, size.height));
         if (whenViewportChanges)
@@ -41,13 +38,11 @@ class RecordingListener : public CVManagerDelegate {
     void onTriggerRemoved(const std::string& name) override { write("trigger removed " + name); }
     void onTriggerClear() override { write("trigger clear"); }
     void onPlaneStarted() override { write("plane started"); }
-    void onPlaneAdded(const std::string& id, const platform::Matrix& matrix, float w, float h) override {
-        keep(pose, matrix);
-        write(format("plane added %@ %.1f %.1f", id, w, h));
+    void onPlaneAdded(const std::string& id, const platform::Matrix& pose, float w, float h) override {
+        write(format("plane added %@ %.1f %.1f", id, w, h), pose);
     }
-    void onPlaneUpdated(const std::string& id, const platform::Matrix& matrix, float w, float h) override {
-        keep(pose, matrix);
-        write(format("plane updated %@ %.1f %.1f", id, w, h));
+    void onPlaneUpdated(const std::string& id, const platform::Matrix& pose, float w, float h) override {
+        write(format("plane updated %@ %.1f %.1f", id, w, h), pose);
     }
     void onPlaneGeometryUpdated(const std::string& id, const Vertices& vertices, int verticesCount,
                                 const Indices& indices, int indicesCount) override {
@@ -64,17 +59,14 @@ class RecordingListener : public CVManagerDelegate {
         return std::exchange(m_lines, {});
     }
 
-    platform::Matrix pose, projection; ///< as told last
+    platform::Matrix matrix; ///< as told last
     std::function<void(const platform::Size&)> whenViewportChanges;
     std::thread::id thread; ///< of the last event
 
   private:
-    void keep(platform::Matrix& place, const platform::Matrix& matrix) {
+    void write(std::string line, const std::optional<platform::Matrix>& told = std::nullopt) {
         const std::lock_guard lock(m_mutex);
-        place = matrix;
-    }
-    void write(std::string line) {
-        const std::lock_guard lock(m_mutex);
+        matrix = told.value_or(matrix);
         thread = std::this_thread::get_id();
         m_lines.push_back(std::move(line));
     }
