@@ -81,8 +81,18 @@ TEST(PixbufCodec, WhatIsNoPictureGivesNone) {
     const std::string words = "This is not a picture, however long one looks at it.";
     EXPECT_FALSE(codec.decode({}).isValid());
     EXPECT_FALSE(codec.decode(Bytes(words.begin(), words.end())).isValid());
+    // The smallest of its kind: one pixel.
+    const std::string png("\x89PNG\r\n\x1a\n"
+                          "\0\0\0\rIHDR\0\0\0\1\0\0\0\1\b\0\0\0\0\x3a\x7e\x9b\x55"
+                          "\0\0\0\nIDAT\x78\x9c\x63\x60\0\0\0\2\0\1\x48\xaf\xa4\x71"
+                          "\0\0\0\0IEND\xae\x42\x60\x82",
+                          67);
     const Bytes jpeg = codec.encodeJpeg(slope(64, 64), 0.9);
-    EXPECT_FALSE(codec.decode(std::span(jpeg).first(jpeg.size() / 8)).isValid());
+    for (const Bytes& whole : {Bytes(png.begin(), png.end()), jpeg, turned(jpeg)}) {
+        EXPECT_TRUE(codec.decode(whole).isValid());
+        for (std::size_t eighths = 1; eighths < 8; ++eighths)
+            EXPECT_FALSE(codec.decode(std::span(whole).first(whole.size() * eighths / 8)).isValid());
+    }
     // The smallest form that a picture of more than 64 million pixels has.
     const auto bitmap = [](int width, int height) {
         std::string text = "P4\n" + std::to_string(width) + " " + std::to_string(height) + "\n";

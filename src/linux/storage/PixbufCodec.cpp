@@ -3,6 +3,7 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include <cstdint>
+#include <string_view>
 
 namespace kestrin::gtk {
 
@@ -13,6 +14,18 @@ using LoaderRef = std::unique_ptr<GdkPixbufLoader, decltype(&g_object_unref)>;
 
 bool isReasonable(std::int64_t width, std::int64_t height) {
     return width > 0 && height > 0 && width <= platform::ImageCodec::kMostPixels / height;
+}
+
+/// The decoders make a picture of what there is of a file that was cut short; its end tells. A JPEG's own
+/// comes after its last scan, that of a thumbnail before.
+bool isCutShort(std::span<const std::uint8_t> bytes) {
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (text.starts_with("\x89PNG"))
+        return text.rfind("IEND") == text.npos;
+    if (!text.starts_with("\xFF\xD8"))
+        return false;
+    const auto end = text.rfind("\xFF\xD9"), scan = text.rfind("\xFF\xDA");
+    return end == text.npos || (scan != text.npos && end < scan);
 }
 
 /// A size of zero makes the loader give up, or draw next to nothing, before it allocates the pixels.
@@ -65,6 +78,8 @@ platform::Image readImage(std::span<const std::uint8_t> bytes) {
 } // namespace
 
 platform::Image PixbufCodec::decode(std::span<const std::uint8_t> bytes, std::int64_t mostPixels) const {
+    if (isCutShort(bytes))
+        return {};
     if (const auto jpeg = readJpeg(bytes, mostPixels))
         return jpeg->shrunk(mostPixels);
     return readImage(bytes).shrunk(mostPixels);
