@@ -7,6 +7,8 @@
 #include <limits>
 #include <memory>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 namespace kestrin::view {
 
@@ -31,12 +33,15 @@ struct Raw {
     char* logLevel = nullptr;
     char* record = nullptr;
     char* speed = nullptr;
+    char* camera = nullptr;
+    char* cameraSize = nullptr;
     char** hostMap = nullptr;
     gboolean version = FALSE, steps = FALSE, loops = FALSE, tolerant = FALSE;
+    gboolean mirrors = FALSE, listsCameras = FALSE;
 
     ~Raw() {
-        for (char* text :
-             {page, key, session, size, orientation, mounting, frames, screenshot, logLevel, record, speed})
+        for (char* text : {page, key, session, size, orientation, mounting, frames, screenshot, logLevel,
+                           record, speed, camera, cameraSize})
             g_free(text);
         g_strfreev(hostMap);
     }
@@ -112,14 +117,32 @@ std::string readSpeed(std::string_view text, Arguments& arguments) {
     return "";
 }
 
-std::string readSize(std::string_view text, Arguments& arguments) {
+/// Of pixels or points; none for anything else.
+std::optional<std::pair<int, int>> sizeIn(std::string_view text) {
     const auto cross = text.find('x');
     const auto width = positive(text.substr(0, cross), 16384);
     const auto height = cross == text.npos ? std::nullopt : positive(text.substr(cross + 1), 16384);
-    if (!width || !height)
+    return width && height ? std::optional(std::pair(*width, *height)) : std::nullopt;
+}
+
+std::string readSize(std::string_view text, Arguments& arguments) {
+    const auto size = sizeIn(text);
+    if (!size)
         return "--size: expected WIDTHxHEIGHT, such as 960x600, not '" + std::string(text) + "'";
-    arguments.width = *width;
-    arguments.height = *height;
+    std::tie(arguments.width, arguments.height) = *size;
+    return "";
+}
+
+std::string readCamera(std::string_view text, Arguments& arguments) {
+    arguments.camera.emplace().name = text;
+    return text.empty() ? "--camera: which one? --list-cameras tells" : "";
+}
+
+std::string readCameraSize(std::string_view text, Arguments& arguments) {
+    const auto size = sizeIn(text);
+    if (!size || size->first < 16 || size->second < 16 || size->first > 8192 || size->second > 8192)
+        return "--camera-size: expected WIDTHxHEIGHT, such as 1280x720, not '" + std::string(text) + "'";
+    std::tie(arguments.camera->width, arguments.camera->height) = *size;
     return "";
 }
 
@@ -166,6 +189,10 @@ std::string readLogLevel(std::string_view text, Arguments& arguments) {
 std::string contradiction(const Raw& raw, const Arguments& arguments) {
     if (raw.page && raw.key)
         return "--key: does not go with --page";
+    if (raw.camera && raw.session)
+        return "--camera: does not go with --session";
+    if (raw.camera && (raw.speed || arguments.steps))
+        return std::string(arguments.steps ? "--step" : "--speed") + ": does not go with --camera";
     if (arguments.recording && raw.mounting)
         return "--mounting: a recording has that of its own camera";
     if (!arguments.recording && (arguments.loops || arguments.tolerant))
@@ -176,7 +203,7 @@ std::string contradiction(const Raw& raw, const Arguments& arguments) {
 }
 
 std::variant<Arguments, Ending> checked(const Raw& raw) {
-    const std::array<std::pair<const char*, Reader>, 11> readers{{{raw.page, readPage},
+    const std::array<std::pair<const char*, Reader>, 13> readers{{{raw.page, readPage},
                                                                   {raw.key, readKey},
                                                                   {raw.session, readSession},
                                                                   {raw.size, readSize},
@@ -186,23 +213,30 @@ std::variant<Arguments, Ending> checked(const Raw& raw) {
                                                                   {raw.screenshot, readScreenshot},
                                                                   {raw.logLevel, readLogLevel},
                                                                   {raw.record, readRecord},
-                                                                  {raw.speed, readSpeed}}};
+                                                                  {raw.speed, readSpeed},
+                                                                  {raw.camera, readCamera},
+                                                                  {raw.cameraSize, readCameraSize}}};
     Arguments arguments;
     arguments.steps = raw.steps != FALSE;
     arguments.loops = raw.loops != FALSE;
     arguments.tolerant = raw.tolerant != FALSE;
+    arguments.listsCameras = raw.listsCameras != FALSE;
+    if (!raw.camera && (raw.cameraSize || raw.mirrors))
+        return failure(std::string(raw.mirrors ? "--mirror" : "--camera-size") + ": goes with --camera");
     for (const auto& [text, read] : readers) {
         const std::string wrong = text ? read(text, arguments) : "";
         if (!wrong.empty())
             return failure(wrong);
     }
+    if (arguments.camera)
+        arguments.camera->isMirrored = raw.mirrors != FALSE;
     if (const std::string wrong = contradiction(raw, arguments); !wrong.empty())
         return failure(wrong);
     for (char** entry = raw.hostMap; entry && *entry; ++entry)
         arguments.hostMap.emplace_back(*entry);
     if (arguments.screenshot && !arguments.frames)
         arguments.frames = kFramesBeforeScreenshot;
-    if (!raw.page && !raw.key)
+    if (!raw.page && !raw.key && !raw.listsCameras)
         return failure("which page? Name it with --page FILE|FOLDER or --key TEXT (see --help)");
     return arguments;
 }
@@ -218,6 +252,15 @@ std::variant<Arguments, Ending> parseArguments(int argc, char** argv) {
          "The key string of an application that a server has, instead of --page", "TEXT"},
         {"session", 's', 0, G_OPTION_ARG_FILENAME, &raw.session,
          "Where tracking comes from (default: simulate, the built-in room)", "simulate[:ROOM.json]|FILE.krs"},
+        {"camera", 'c', 0, G_OPTION_ARG_FILENAME, &raw.camera,
+         "Show a camera, without knowing where it is: its name or a part of it, a generated picture, or a "
+         "video again and again",
+         "NAME|test|file:VIDEO"},
+        {"camera-size", 0, 0, G_OPTION_ARG_STRING, &raw.cameraSize,
+         "Size of its pictures, pixels (default: 640x480)", "WxH"},
+        {"mirror", 0, 0, G_OPTION_ARG_NONE, &raw.mirrors, "Show the camera as a mirror would", nullptr},
+        {"list-cameras", 0, 0, G_OPTION_ARG_NONE, &raw.listsCameras,
+         "Print the cameras there are, with their sizes and rates, and end", nullptr},
         {"record", 'r', 0, G_OPTION_ARG_FILENAME, &raw.record,
          "Keep what the session sees in a new recording", "FILE.krs"},
         {"speed", 0, 0, G_OPTION_ARG_STRING, &raw.speed,

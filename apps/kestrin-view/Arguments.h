@@ -8,14 +8,23 @@
 
 namespace kestrin::view {
 
+/// A camera to show instead of a session that knows where it is.
+struct CameraArguments {
+    std::string name;              ///< or a part of it, or a device file; "test"; "file:" and a video's path
+    int width = 640, height = 480; ///< pixels
+    bool isMirrored = false;
+};
+
 /// What the command line asks for.
 struct Arguments {
     std::filesystem::path page;                ///< a page, or a folder with index.html; unless there is a key
     std::optional<std::string> key;            ///< the key string of an application that is served elsewhere
     std::optional<std::filesystem::path> room; ///< of the simulated session; the built-in room when absent
     std::optional<std::filesystem::path> recording; ///< to play instead of a simulated session
-    std::optional<std::filesystem::path> record;    ///< where to keep what the session sees
-    bool tolerant = false;                          ///< plays a damaged recording up to the damage
+    std::optional<CameraArguments> camera;
+    bool listsCameras = false;                   ///< instead of showing anything
+    std::optional<std::filesystem::path> record; ///< where to keep what the session sees
+    bool tolerant = false;                       ///< plays a damaged recording up to the damage
     bool loops = false;
     bool steps = false;            ///< frame by frame
     double speed = 1;              ///< times real time; infinite: as fast as frames are taken

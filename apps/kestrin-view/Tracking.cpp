@@ -1,5 +1,6 @@
 #include "Tracking.h"
 
+#include "session/CameraTracking.h"
 #include "session/RoomFile.h"
 #include "session/SimulatedTracking.h"
 #include "session/recording/RecordedTracking.h"
@@ -14,11 +15,25 @@ namespace kestrin::view {
 
 namespace {
 
+session::Mounting mountingIn(const Arguments& arguments) {
+    return arguments.turnsWithDevice ? session::Mounting::turned : session::Mounting::upright;
+}
+
+std::shared_ptr<session::SourcedTracking> ofCamera(const Arguments& arguments,
+                                                   session::SessionOptions session) {
+    session::CameraOptions options;
+    options.width = arguments.camera->width;
+    options.height = arguments.camera->height;
+    options.mounting = mountingIn(arguments);
+    options.session = std::move(session);
+    return std::make_shared<session::CameraTracking>(options);
+}
+
 std::shared_ptr<session::SourcedTracking> simulated(const Arguments& arguments,
                                                     session::SessionOptions session) {
     session::SimulatedOptions options;
     options.session = std::move(session);
-    options.mounting = arguments.turnsWithDevice ? session::Mounting::turned : session::Mounting::upright;
+    options.mounting = mountingIn(arguments);
     if (arguments.room) {
         auto room = session::loadRoom(*arguments.room);
         if (const auto* wrong = std::get_if<std::string>(&room))
@@ -53,6 +68,8 @@ std::shared_ptr<session::SourcedTracking> makeTracking(const Arguments& argument
                      : std::isinf(arguments.speed) ? Pacing::asTaken
                                                    : Pacing::realTime;
     session.speed = arguments.speed;
+    if (arguments.camera)
+        return ofCamera(arguments, std::move(session));
     return arguments.recording ? recorded(arguments, std::move(session))
                                : simulated(arguments, std::move(session));
 }

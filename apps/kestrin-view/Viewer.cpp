@@ -1,5 +1,6 @@
 #include "Viewer.h"
 
+#include "Cameras.h"
 #include "Tally.h"
 #include "Tracking.h"
 
@@ -133,6 +134,11 @@ void Viewer::installPlatform() {
     options.applicationId = "org.kestrin.View";
     options.logLevel = m_arguments.logs ? gtk::LogLevel::info : gtk::LogLevel::off;
     options.orientation = m_arguments.orientation;
+    if (m_arguments.camera) {
+        options.camera = m_arguments.camera->name;
+        options.mirrorsCamera = m_arguments.camera->isMirrored;
+        options.trackingUsesCamera = isRealCamera(options.camera);
+    }
     std::string hosts = m_server ? m_server->hostMapEntry(content::Form::Direct) : "";
     for (const std::string& entry : m_arguments.hostMap)
         hosts += (hosts.empty() ? "" : ",") + entry;
@@ -149,6 +155,10 @@ void Viewer::installPlatform() {
         throw std::runtime_error(
             "there is no display; run it under xvfb-run, or set DISPLAY or WAYLAND_DISPLAY");
     platform::installPlatform(m_platform);
+    const std::string fault =
+        m_arguments.camera ? faultOfCamera(m_arguments.camera->name, m_platform->dispatch()) : "";
+    if (!fault.empty())
+        throw std::runtime_error(fault);
 }
 
 void Viewer::makeWindow() {

@@ -1,16 +1,20 @@
 #include "Arguments.h"
+#include "Cameras.h"
 #include "Viewer.h"
 
 #include <cstdio>
+#include <cstdlib>
 
 int main(int argc, char** argv) {
     using namespace kestrin::view;
+    ::setenv("LIBCAMERA_LOG_LEVELS", "*:ERROR", 0); // else it tells the terminal about itself
     const auto parsed = parseArguments(argc, argv);
     if (const auto* ending = std::get_if<Ending>(&parsed)) {
         std::fprintf(ending->status == 0 ? stdout : stderr, "%s\n", ending->text.c_str());
         return ending->status;
     }
-    const Ending ending = run(std::get<Arguments>(parsed));
+    const auto& arguments = std::get<Arguments>(parsed);
+    const Ending ending = arguments.listsCameras ? listCameras() : run(arguments);
     if (!ending.text.empty())
         std::fprintf(ending.status == 0 ? stdout : stderr, "%s\n", ending.text.c_str());
     return ending.status;

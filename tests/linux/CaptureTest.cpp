@@ -1,5 +1,6 @@
 #include "CaptureTest.h"
 #include "linux/capture/CaptureMode.h"
+#include "linux/capture/ModeText.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -118,6 +119,33 @@ TEST_F(CaptureTest, AFilePlaysAgainAndAgainInFullRange) {
     }
 }
 
+TEST_F(CaptureTest, GivesTheMiddleOfAMirrorsPictureAtTheSizeAskedFor) {
+    struct Delegate : CaptureSampleDelegate {
+        void captureOutput(const PixelBufferRef& buffer, double time) override {
+            consumer.cameraFrameReceivedWithBuffer(buffer, time, buffer->width(), buffer->height());
+        }
+        Consumer consumer;
+    };
+    const auto delegate = std::make_shared<Delegate>();
+    const auto log = std::make_shared<kestrin::test::FakeLog>();
+    MainLoopDispatch dispatch(log);
+    GstCapture cameras({"test", true}, dispatch, log);
+    ASSERT_TRUE(waitUntil([&] { return !cameras.backCameras().empty(); }));
+    CaptureOutput output;
+    output.width = output.height = 64;
+    output.exactSize = true;
+    output.queue = dispatch.makeSerialQueue("camera_queue");
+    output.delegate = delegate;
+    const auto session = std::get<0>(cameras.backCameras().back()->open())->makeSession(output);
+    session->startRunning();
+    ASSERT_TRUE(delegate->consumer.waitFor(2));
+    session->stopRunning();
+    EXPECT_EQ(delegate->consumer.size, (Size{64, 64}));
+    // Of the seven bars from white to blue the sixth, which squeezing the whole would put further right.
+    EXPECT_GT(pixel(*delegate->consumer.newest, 5, 10)[2], 240) << "red";
+    EXPECT_LT(pixel(*delegate->consumer.newest, 59, 10)[1], 20) << "yellow";
+}
+
 TEST_F(CaptureTest, SaysWhatItCannotOpen) {
     const kestrin::test::TemporaryFolder folder;
     folder.write("text.mkv", "no video");
@@ -147,6 +175,27 @@ TEST_F(CaptureTest, TakesTheModeNearestToTheSizeAskedFor) {
     EXPECT_THAT(mode("video/x-h264,width=800,height=600", 0).first, HasSubstr("x-h264"))
         << "better than nothing";
     EXPECT_FALSE(captureMode(nullptr, 640, 480, 0));
+    const GstCapsPtr caps(gst_caps_from_string(webcam));
+    EXPECT_THAT(modeTexts(caps.get()), ElementsAre("JPEG 1920x1080 (30), 640x480 (5..30)",
+                                                   "YUY2 640x480 (30, 15, 5)", "H264 640x480 (60)"));
+}
+
+TEST(CamerasNamed, TakesTheWholeNameBeforeAPart) {
+    CameraDescriptions all;
+    for (const auto& [name, path] : {std::pair{"Desk", "/dev/video0"}, {"desk lamp", "/dev/video1"}})
+        all.push_back(
+            std::make_shared<const CameraDescription>(CameraDescription{.name = name, .devicePath = path}));
+    const auto named = [&](const char* name) {
+        std::string paths;
+        for (const auto& camera : camerasNamed(all, name))
+            paths += camera->devicePath.back();
+        return paths;
+    };
+    EXPECT_EQ(named(""), "01");
+    EXPECT_EQ(named("Desk"), "0");
+    EXPECT_EQ(named("DESK"), "01");
+    EXPECT_EQ(named("/dev/video1"), "1");
+    EXPECT_EQ(named("door"), "");
 }
 
 } // namespace

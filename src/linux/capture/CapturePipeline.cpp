@@ -69,21 +69,21 @@ CapturePipeline::~CapturePipeline() {
         gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
 }
 
-std::string CapturePipeline::conversion() const {
+std::string CapturePipeline::chain() const {
     const std::string width = std::to_string(m_output.width), height = std::to_string(m_output.height);
-    std::string chain = "videoconvert name=convert ! capsfilter name=colours";
+    std::string text = "videoconvert name=convert ! capsfilter name=colours";
     if (m_output.exactSize)
-        chain += " ! aspectratiocrop aspect-ratio=" + width + "/" + height +
-                 " ! videoscale ! video/x-raw,pixel-aspect-ratio=1/1,width=" + width + ",height=" + height;
+        text += " ! aspectratiocrop aspect-ratio=" + width + "/" + height +
+                " ! videoscale ! video/x-raw,pixel-aspect-ratio=1/1,width=" + width + ",height=" + height;
     if (m_source.isMirrored)
-        chain += " ! videoflip method=horizontal-flip";
-    return chain + " ! appsink name=pictures max-buffers=1 drop=true";
+        text += " ! videoflip video-direction=horiz";
+    return text + " ! appsink name=pictures max-buffers=1 drop=true";
 }
 
 bool CapturePipeline::build() {
     const auto filter = makeElement("capsfilter"), decoder = makeElement("decodebin");
     const auto conversion =
-        GRef<GstElement>::refSink(gst_parse_bin_from_description(this->conversion().c_str(), TRUE, nullptr));
+        GRef<GstElement>::refSink(gst_parse_bin_from_description(chain().c_str(), TRUE, nullptr));
     if (!decoder || !conversion || !filter)
         return false;
     m_pipeline = GRef<GstElement>::refSink(gst_pipeline_new("camera"));

@@ -45,7 +45,7 @@ class CapturePipeline : public std::enable_shared_from_this<CapturePipeline> {
                     std::shared_ptr<platform::SerialQueue> control, std::shared_ptr<platform::LogSink> log);
 
     bool build();
-    std::string conversion() const;
+    std::string chain() const;
     void listen();
     void onMessage(GstMessage* message);
     void onEnd();

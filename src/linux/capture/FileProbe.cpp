@@ -13,6 +13,8 @@ constexpr GstClockTime kLongestLook = 5 * GST_SECOND;
 } // namespace
 
 std::string faultOfVideo(const std::string& path) {
+    if (!gstreamerIsReady())
+        return "GStreamer cannot be used";
     GFailure failure;
     const GText address(gst_filename_to_uri(path.c_str(), failure.out()));
     const auto discoverer =

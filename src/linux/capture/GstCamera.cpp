@@ -45,12 +45,20 @@ class Input final : public platform::CaptureInput {
     const double m_slowest;
 };
 
+/// Whether this process itself opens the device file; PipeWire may where it may not.
+bool opensDeviceFile(GstElement* source) {
+    GstElementFactory* factory = gst_element_get_factory(source);
+    return factory && g_strcmp0(GST_OBJECT_NAME(factory), "v4l2src") == 0;
+}
+
 /// What can be said of a camera without asking the camera itself.
-std::string faultOf(const CameraDescription& camera) {
-    if (camera.fault.empty() && !camera.devicePath.empty() &&
-        ::access(camera.devicePath.c_str(), R_OK | W_OK) != 0)
-        return std::system_category().message(errno);
-    return camera.fault;
+std::string faultOf(const CameraDescription& camera, GstElement* source) {
+    if (!camera.fault.empty())
+        return camera.fault;
+    if (!source)
+        return "GStreamer lacks an element for it";
+    const bool isRefused = opensDeviceFile(source) && ::access(camera.devicePath.c_str(), R_OK | W_OK) != 0;
+    return isRefused ? std::system_category().message(errno) : "";
 }
 
 } // namespace
@@ -68,16 +76,15 @@ void GstCamera::focusContinuously(double maximumFrameDuration) {
 }
 
 std::variant<std::shared_ptr<platform::CaptureInput>, std::string> GstCamera::open() {
-    if (std::string fault = faultOf(*m_description); !fault.empty())
+    auto element = GRef<GstElement>::refSink(m_description->makeSource());
+    if (std::string fault = faultOf(*m_description, element.get()); !fault.empty())
         return fault;
     PictureSource source{
         .name = m_description->name,
-        .element = GRef<GstElement>::refSink(m_description->makeSource()),
+        .element = std::move(element),
         .isLive = m_description->isLive,
         .isMirrored = m_isMirrored,
         .whenLost = [finder = m_means.finder, camera = m_description] { finder->lose(*camera); }};
-    if (!source.element)
-        return "GStreamer lacks an element for it";
     return std::make_shared<Input>(std::move(source), m_means, *m_description, m_slowest);
 }
 
