@@ -9,6 +9,7 @@
 #include "services/util/Json.h"
 #include "services/util/KestrinUtil.h"
 #include "services/util/MainThread.h"
+#include "services/util/SystemLevel.h"
 #include "services/util/Url.h"
 #include "ui/KestrinCustomView.h"
 
@@ -81,7 +82,7 @@ void KestrinWebView::makeWebView() {
     _webView = platform::makeView<FullScreenWKWebView>(_theConfiguration);
 
     platform::ScrollSettings scroll;
-    if (platform::platform().featureLevel() >= 11.0) {
+    if (systemIsAtLeast(11.0)) {
         scroll.adjustsContentInset = true;
         scroll.insetsLayoutMarginsFromSafeArea = false;
     }

@@ -1,7 +1,7 @@
 #include "core/KestrinCVSession.h"
 
 #include "core/KestrinView.h"
-#include "tracking/SystemLevel.h"
+#include "services/util/SystemLevel.h"
 
 namespace kestrin {
 

@@ -5,10 +5,10 @@
 #include "platform/Platform.h"
 #include "services/util/Format.h"
 #include "services/util/MainThread.h"
+#include "services/util/SystemLevel.h"
 #include "tracking/ARKitMarkerlessProcessor.h"
 #include "tracking/CVManager.h"
 #include "tracking/KestrinTriggerList.h"
-#include "tracking/SystemLevel.h"
 #include "ui/ErrorPreviewView.h"
 #include "ui/SdkLoadingView.h"
 

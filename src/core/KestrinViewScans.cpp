@@ -6,8 +6,8 @@
 #include "services/util/Json.h"
 #include "services/util/KestrinUtil.h"
 #include "services/util/Numbers.h"
+#include "services/util/SystemLevel.h"
 #include "tracking/CVManager.h"
-#include "tracking/SystemLevel.h"
 
 #include <boost/json.hpp>
 

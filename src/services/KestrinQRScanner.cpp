@@ -3,6 +3,7 @@
 #include "core/config/KestrinFeatureFlags.h"
 #include "platform/Platform.h"
 #include "services/util/Singleton.h"
+#include "services/util/SystemLevel.h"
 
 #include <utility>
 
@@ -12,7 +13,7 @@ using namespace platform;
 
 namespace {
 
-bool systemCanDetect() { return platform::platform().featureLevel() >= 11.0; }
+bool systemCanDetect() { return systemIsAtLeast(11.0); }
 
 } // namespace
 

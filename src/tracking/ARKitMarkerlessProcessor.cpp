@@ -4,7 +4,7 @@
 #include "platform/Platform.h"
 #include "platform/View.h"
 #include "services/util/Format.h"
-#include "tracking/SystemLevel.h"
+#include "services/util/SystemLevel.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #include "core/config/KestrinFeatureFlags.h"
 #include "services/util/Format.h"
+#include "services/util/SystemLevel.h"
 #include "tracking/ARKitMarkerlessProcessor.h"
 #include "tracking/Geometry.h"
-#include "tracking/SystemLevel.h"
 
 #include <cmath>
 

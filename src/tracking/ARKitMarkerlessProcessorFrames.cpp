@@ -1,8 +1,8 @@
 #include "tracking/ARKitMarkerlessProcessor.h"
 
 #include "services/KestrinQRScanner.h"
+#include "services/util/SystemLevel.h"
 #include "tracking/Geometry.h"
-#include "tracking/SystemLevel.h"
 
 #include <optional>
 

@@ -1,9 +1,9 @@
 #include "core/config/KestrinFeatureFlags.h"
 #include "platform/Platform.h"
 #include "services/util/Format.h"
+#include "services/util/SystemLevel.h"
 #include "tracking/ARKitMarkerlessProcessor.h"
 #include "tracking/KestrinTriggerList.h"
-#include "tracking/SystemLevel.h"
 
 #include <utility>
 

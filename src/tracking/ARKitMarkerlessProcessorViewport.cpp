@@ -2,7 +2,7 @@
 
 #include "platform/Platform.h"
 #include "services/util/Format.h"
-#include "tracking/SystemLevel.h"
+#include "services/util/SystemLevel.h"
 
 #include <algorithm>
 #include <tuple>

@@ -6,7 +6,7 @@
 #include "services/util/KestrinUtil.h"
 #include "services/util/MainThread.h"
 #include "services/util/Singleton.h"
-#include "tracking/SystemLevel.h"
+#include "services/util/SystemLevel.h"
 #include "ui/MarkerLoadingView.h"
 
 #include <boost/json.hpp>

@@ -4,7 +4,7 @@
 #include "platform/Platform.h"
 #include "services/util/Format.h"
 #include "services/util/KestrinUtil.h"
-#include "tracking/SystemLevel.h"
+#include "services/util/SystemLevel.h"
 
 #include <algorithm>
 #include <utility>
