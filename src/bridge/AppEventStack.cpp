@@ -7,6 +7,10 @@
 
 namespace kestrin {
 
+std::shared_ptr<AppEventStack> AppEventStack::initWithName(std::string name) {
+    return std::shared_ptr<AppEventStack>(new AppEventStack(std::move(name)));
+}
+
 AppEventStack::AppEventStack(std::string name)
     : mName(std::move(name)), mMainStack{{"eventName", "sdk" + mName}, {"data", boost::json::object()}},
       mSubStack(mMainStack.at("data").as_object()) {}

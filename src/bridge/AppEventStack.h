@@ -3,6 +3,7 @@
 #include <boost/json/object.hpp>
 #include <boost/json/value.hpp>
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -11,7 +12,7 @@ namespace kestrin {
 /// One event for the page under construction: {"eventName": "sdk" + name, "data": {...}}. Thread: main.
 class AppEventStack {
   public:
-    explicit AppEventStack(std::string name);
+    static std::shared_ptr<AppEventStack> initWithName(std::string name);
     AppEventStack(const AppEventStack&) = delete;
     AppEventStack& operator=(const AppEventStack&) = delete;
 
@@ -25,6 +26,8 @@ class AppEventStack {
     void print() const;
 
   private:
+    explicit AppEventStack(std::string name);
+
     const std::string mName;
     boost::json::object mMainStack;
     boost::json::object& mSubStack; ///< "data" of the above

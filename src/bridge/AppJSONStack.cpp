@@ -11,13 +11,15 @@
 
 namespace kestrin {
 
-AppJSONStack::AppJSONStack(std::shared_ptr<KestrinWebView> view) : webView(std::move(view)) {}
+std::shared_ptr<AppJSONStack> AppJSONStack::initWithView(std::shared_ptr<KestrinWebView> view) {
+    return std::shared_ptr<AppJSONStack>(new AppJSONStack(std::move(view)));
+}
 
 AppJSONStack::StackKey AppJSONStack::push(const std::string& name) {
     assertMain();
     auto& idle = idMaps[name];
     if (idle.empty())
-        return std::make_shared<AppEventStack>(name);
+        return AppEventStack::initWithName(name);
     auto stack = std::move(idle.back());
     idle.pop_back();
     return stack;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kestrin {
@@ -19,7 +20,7 @@ class AppJSONStack {
     using StackKey = std::shared_ptr<AppEventStack>;
 
     /// Without a web view, events wait for ever.
-    explicit AppJSONStack(std::shared_ptr<KestrinWebView> view);
+    static std::shared_ptr<AppJSONStack> initWithView(std::shared_ptr<KestrinWebView> view);
 
     /// An empty event of that name, to be filled and deployed once.
     StackKey push(const std::string& name);
@@ -37,6 +38,7 @@ class AppJSONStack {
     /// A stack's main map, which it keeps alive: what is put before the sending is sent.
     using MainJson = std::shared_ptr<const boost::json::object>;
 
+    explicit AppJSONStack(std::shared_ptr<KestrinWebView> view) : webView(std::move(view)) {}
     static std::string encode(const std::vector<MainJson>& events);
     void send(const std::string& text);
     void recycle(const StackKey& stack);

@@ -57,7 +57,7 @@ void KestrinView::setup(const std::optional<KestrinSettings>& settings) {
     if (!m_EventController)
         hold(m_EventController, KestrinWebEventController::initWithMain(m_WebView));
     if (!m_JsonStack)
-        m_JsonStack = std::make_shared<AppJSONStack>(m_WebView);
+        m_JsonStack = AppJSONStack::initWithView(m_WebView);
     m_AppBridge = KestrinAppBridge::initWith(m_JsonStack, m_Settings);
     registerCallbacks();
 }

@@ -17,8 +17,8 @@ struct AppJSONStackTest : test::WebViewTest {
     AppJSONStackTest() { prepare(); }
 
     AppJSONStack::StackKey event(const std::string& name, boost::json::value member) {
-        auto stack = stacks.push(name);
-        stacks.pushVar("member", std::move(member), stack);
+        auto stack = stacks->push(name);
+        stacks->pushVar("member", std::move(member), stack);
         return stack;
     }
     std::vector<std::string> sent() { return std::exchange(page().scripts, {}); }
@@ -26,43 +26,43 @@ struct AppJSONStackTest : test::WebViewTest {
         return "window.kestrinSDKEventHandler('" + base64Encode(events) + "');";
     }
 
-    AppJSONStack stacks{webView};
+    const std::shared_ptr<AppJSONStack> stacks = AppJSONStack::initWithView(webView);
 };
 
 } // namespace
 
 TEST_F(AppJSONStackTest, ACriticalEventGoesOutAloneAndComesBackEmpty) {
-    stacks.deploy(event("Waiting", 1), false);
+    stacks->deploy(event("Waiting", 1), false);
     const auto stack = event("DeviceInfo", nullptr);
-    stacks.deploy(stack, true);
-    stacks.deploy(nullptr, true);
+    stacks->deploy(stack, true);
+    stacks->deploy(nullptr, true);
     EXPECT_THAT(sent(), ElementsAre(call(R"([{"eventName":"sdkDeviceInfo","data":{"member":null}}])")));
     stack->print();
     EXPECT_EQ(takeLog().back(), R"(AppEventStack -> {"eventName":"sdkDeviceInfo","data":{}})");
-    EXPECT_EQ(stacks.push("DeviceInfo"), stack);
+    EXPECT_EQ(stacks->push("DeviceInfo"), stack);
 }
 
 TEST_F(AppJSONStackTest, TheRestWaitsForTheUpdateInOrder) {
     const auto stack = event("B", 1);
-    stacks.deploy(stack, false);
-    stacks.deploy(event("A", 2), false);
-    stacks.pushVar("member", 3, stack);
+    stacks->deploy(stack, false);
+    stacks->deploy(event("A", 2), false);
+    stacks->pushVar("member", 3, stack);
     EXPECT_THAT(sent(), IsEmpty());
-    stacks.update();
-    stacks.update();
+    stacks->update();
+    stacks->update();
     EXPECT_THAT(
         sent(),
         ElementsAre(
             call(R"([{"eventName":"sdkB","data":{"member":3}},{"eventName":"sdkA","data":{"member":2}}])")));
-    EXPECT_EQ(stacks.push("B"), stack);
+    EXPECT_EQ(stacks->push("B"), stack);
 
-    stacks.deploy(event("A", 1), false);
-    stacks.deploy(event("B", std::numeric_limits<double>::quiet_NaN()), false);
-    stacks.update();
+    stacks->deploy(event("A", 1), false);
+    stacks->deploy(event("B", std::numeric_limits<double>::quiet_NaN()), false);
+    stacks->update();
     EXPECT_THAT(sent(), ElementsAre(call("[]"))) << "of a batch that cannot be written";
 
-    AppJSONStack blind(nullptr);
-    blind.deploy(blind.push("A"), true);
-    blind.update();
-    EXPECT_EQ(blind.updateDirect(), base64Encode(R"([{"eventName":"sdkA","data":{}}])"));
+    const auto blind = AppJSONStack::initWithView(nullptr);
+    blind->deploy(blind->push("A"), true);
+    blind->update();
+    EXPECT_EQ(blind->updateDirect(), base64Encode(R"([{"eventName":"sdkA","data":{}}])"));
 }

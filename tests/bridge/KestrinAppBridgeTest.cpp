@@ -19,7 +19,7 @@ struct KestrinAppBridgeTest : test::WebViewTest {
         KestrinSettings settings;
         settings.setTemplateUrl("https://shop.example/template");
         settings.mCommand = base64Encode(R"([{"data":{"appID":"A 1"}}])");
-        bridge = KestrinAppBridge::initWith(std::make_shared<AppJSONStack>(webView), settings);
+        bridge = KestrinAppBridge::initWith(AppJSONStack::initWithView(webView), settings);
     }
     std::vector<std::string> sent() { return std::exchange(page().scripts, {}); }
     static std::string trigger(std::string_view type, std::string_view id) {

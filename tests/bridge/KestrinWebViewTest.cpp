@@ -92,6 +92,7 @@ TEST_F(KestrinWebViewTest, TheSystemGetsItsLinksAndEveryServerIsTrusted) {
     takeLog();
     system->level = 13.0;
     EXPECT_EQ(page().navigate("mailto:a@b"), NavigationPolicy::allow);
+    EXPECT_EQ(page().contentMode, platform::ContentMode::mobile);
     EXPECT_TRUE(webView->acceptServerTrust("a"));
     EXPECT_THAT(takeLog(),
                 ElementsAre("Navigation Policy - IOS 13.0", "KestrinARView::Resolving HTTPS Authentication",
