@@ -6,6 +6,7 @@
 #include "support/FakePlatform.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -51,6 +52,18 @@ struct KestrinViewTest : PlatformTest {
         takeLog();
     }
 
+    /// What may be called from anywhere and is diverted to main, as the log then says.
+    std::vector<std::pair<const char*, std::function<void()>>> divertedOperations() {
+        return {{"setup", [this] { setup(); }},
+                {"start", [this] { view->start(); }},
+                {"hide", [this] { view->hide(); }},
+                {"show", [this] { view->show(); }},
+                {"resize", [this] { view->resize(10.5, 20); }},
+                {"resizeToScreenSize", [this] { view->resizeToScreenSize(); }},
+                {"resizeToScreenSize", [this] { view->resizeToScreenSizeUnscaled(); }},
+                {"destroy", [this] { view->destroy(); }}};
+    }
+
     FakeWebViewPeer& page() { return *system->webToolkit.newest; }
     FakeArSession& session() { return *system->worldTracking.newest(); }
     Lines takeScripts() { return std::exchange(page().scripts, {}); }
@@ -66,5 +79,11 @@ struct KestrinViewTest : PlatformTest {
 };
 
 inline std::string call(std::string_view what) { return "window.__KRJ_Native_IN." + std::string(what); }
+
+/// The script that sends one event.
+inline std::string event(std::string_view name, std::string_view data) {
+    return format("window.kestrinSDKEventHandler('%@');",
+                  base64Encode(format(R"([{"eventName":"sdk%@","data":%@}])", name, data)));
+}
 
 } // namespace kestrin::test
