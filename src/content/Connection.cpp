@@ -170,6 +170,11 @@ void Connection::headReceived(SoupServerMessage* message) {
         return;
     m_mostBodyBytes = m_setup.limits.pictureBytes;
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), TRUE);
+    // From here on it is the client that waits.
+    g_signal_connect(message, "got-body", G_CALLBACK(+[](SoupServerMessage*, gpointer self) {
+                         static_cast<Connection*>(self)->renewDeadline();
+                     }),
+                     this);
 }
 
 void Connection::requestFinished(SoupServerMessage* message) {

@@ -3,7 +3,7 @@
 namespace kestrin::content {
 namespace {
 
-constexpr std::size_t kMostWaiting = 16;
+constexpr std::size_t kMostWaiting = 8; // or clients lose their patience
 
 void callIn(GMainContext* context, std::function<void()> call) {
     using Call = std::function<void()>;
