@@ -14,8 +14,8 @@ extern "C" void omp_set_max_active_levels(int levels);
 namespace kestrin::content {
 namespace {
 
-constexpr int kMostMilliseconds = 2000;
-constexpr int kSmall = 800;      // pixels; letters of a smaller picture are read better at twice their size
+constexpr int kMostMilliseconds = 3000;
+constexpr int kSmall = 800; // pixels; small letters of a smaller picture are read only at twice their size
 constexpr int kResolution = 150; // dots an inch, which a camera's picture does not tell
 
 bool isStopped(void* stop, int) { return static_cast<const std::stop_token*>(stop)->stop_requested(); }
@@ -41,9 +41,16 @@ std::string TextReader::read(const cv::Mat& gray, const std::stop_token& stop) {
     // Tesseract's threads wait for one another by spinning: where cores are busy it is four times as fast
     // with one.
     omp_set_max_active_levels(0);
-    cv::Mat picture = gray;
-    if (std::max(gray.cols, gray.rows) < kSmall)
-        cv::resize(gray, picture, {}, 2, 2, cv::INTER_CUBIC);
+    std::string text = readOnce(gray, stop);
+    if (std::max(gray.cols, gray.rows) < kSmall) {
+        cv::Mat larger;
+        cv::resize(gray, larger, {}, 2, 2, cv::INTER_CUBIC);
+        text += '\n' + readOnce(larger, stop); // and large letters at their own
+    }
+    return text;
+}
+
+std::string TextReader::readOnce(const cv::Mat& picture, const std::stop_token& stop) {
     m_tesseract->SetImage(picture.data, picture.cols, picture.rows, 1, int(picture.step));
     m_tesseract->SetSourceResolution(kResolution);
     std::stop_token stopped = stop;
