@@ -41,23 +41,23 @@ std::string TextReader::read(const cv::Mat& gray, const std::stop_token& stop) {
     // Tesseract's threads wait for one another by spinning: where cores are busy it is four times as fast
     // with one.
     omp_set_max_active_levels(0);
-    std::string text = readOnce(gray, stop);
-    if (std::max(gray.cols, gray.rows) < kSmall) {
-        cv::Mat larger;
-        cv::resize(gray, larger, {}, 2, 2, cv::INTER_CUBIC);
-        text += '\n' + readOnce(larger, stop); // and large letters at their own
-    }
-    return text;
-}
-
-std::string TextReader::readOnce(const cv::Mat& picture, const std::stop_token& stop) {
-    m_tesseract->SetImage(picture.data, picture.cols, picture.rows, 1, int(picture.step));
-    m_tesseract->SetSourceResolution(kResolution);
     std::stop_token stopped = stop;
     tesseract::ETEXT_DESC progress;
     progress.set_deadline_msecs(kMostMilliseconds);
     progress.cancel = isStopped;
     progress.cancel_this = &stopped;
+    std::string text = readOnce(gray, progress);
+    if (std::max(gray.cols, gray.rows) < kSmall) {
+        cv::Mat larger;
+        cv::resize(gray, larger, {}, 2, 2, cv::INTER_CUBIC);
+        text += '\n' + readOnce(larger, progress); // and large letters at their own
+    }
+    return text;
+}
+
+std::string TextReader::readOnce(const cv::Mat& picture, tesseract::ETEXT_DESC& progress) {
+    m_tesseract->SetImage(picture.data, picture.cols, picture.rows, 1, int(picture.step));
+    m_tesseract->SetSourceResolution(kResolution);
     m_tesseract->Recognize(&progress); // what was read until it ran out of time counts too
     const std::unique_ptr<char[]> text(m_tesseract->GetUTF8Text());
     m_tesseract->Clear();

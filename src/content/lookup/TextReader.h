@@ -6,8 +6,9 @@
 #include <string>
 
 namespace tesseract {
+class ETEXT_DESC;
 class TessBaseAPI;
-}
+} // namespace tesseract
 
 namespace kestrin::content {
 
@@ -22,12 +23,12 @@ class TextReader {
 
     /// Loads the data; throws std::runtime_error when that cannot be done.
     void prepare();
-    /// The lines that a gray picture shows, UTF-8: as many as are read in three seconds, of a small picture
-    /// in four, or until it is stopped. Prepares if need be.
+    /// The lines that a gray picture shows, UTF-8: as many as are read in three seconds, or until it is
+    /// stopped. Prepares if need be.
     std::string read(const cv::Mat& gray, const std::stop_token& stop);
 
   private:
-    std::string readOnce(const cv::Mat& picture, const std::stop_token& stop);
+    std::string readOnce(const cv::Mat& picture, tesseract::ETEXT_DESC& progress);
 
     std::unique_ptr<tesseract::TessBaseAPI> m_tesseract;
 };
