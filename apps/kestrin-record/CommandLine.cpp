@@ -14,6 +14,14 @@ std::vector<std::string> parse(const Usage& usage, int argc, char** argv) {
         g_option_context_new(usage.positional), g_option_context_free);
     g_set_prgname((std::string("kestrin-record ") + argv[0]).c_str());
     g_option_context_add_main_entries(context.get(), usage.entries, nullptr);
+    if (usage.conversion) {
+        const GOptionEntry entries[] = {
+            {"tolerant", 0, 0, G_OPTION_ARG_NONE, &usage.conversion->tolerant,
+             "Take what comes before the damage", nullptr},
+            {"quiet", 'q', 0, G_OPTION_ARG_NONE, &usage.conversion->quiet, "Show no progress", nullptr},
+            {}};
+        g_option_context_add_main_entries(context.get(), entries, nullptr);
+    }
     g_option_context_set_summary(context.get(), usage.summary);
     g_option_context_set_description(context.get(), usage.description);
     g_autoptr(GError) error = nullptr;

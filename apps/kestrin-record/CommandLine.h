@@ -17,12 +17,19 @@ struct Command {
     void (*run)(int argc, char** argv);
 };
 
+/// The options of the commands that make something else of a recording.
+struct Conversion {
+    gboolean tolerant = FALSE; ///< takes what comes before the damage
+    gboolean quiet = FALSE;
+};
+
 /// What a command takes.
 struct Usage {
-    const char* positional;      ///< such as "FOLDER OUT.krs"
-    const char* summary;         ///< what it does
-    const char* description;     ///< more, below the options
-    const GOptionEntry* entries; ///< ends with an empty one
+    const char* positional;           ///< such as "FOLDER OUT.krs"
+    const char* summary;              ///< what it does
+    const char* description;          ///< more, below the options
+    const GOptionEntry* entries;      ///< ends with an empty one
+    Conversion* conversion = nullptr; ///< filled in, where the command takes these options too
 };
 
 /// Reads the options into the entries' variables and gives the other arguments. `--help` prints and ends the

@@ -18,32 +18,26 @@ using session::PicturesFolderWriter;
 struct Request {
     std::filesystem::path recording, folder;
     PicturesFolderWriter::Format format = PicturesFolderWriter::Format::png;
-    session::Damage damage = session::Damage::refused;
-    bool quiet = false;
+    Conversion options;
 };
 
 Request readRequest(int argc, char** argv) {
     char* format = nullptr;
-    gboolean tolerant = FALSE, quiet = FALSE;
     const GOptionEntry entries[] = {
         {"format", 0, 0, G_OPTION_ARG_STRING, &format, "Of the pictures: png or jpeg (default: png)", "NAME"},
-        {"tolerant", 0, 0, G_OPTION_ARG_NONE, &tolerant, "Take what comes before the damage", nullptr},
-        {"quiet", 'q', 0, G_OPTION_ARG_NONE, &quiet, "Show no progress", nullptr},
         {}};
+    Request request;
     const std::vector<std::string> rest =
         parse({"RECORDING.krs FOLDER", "Writes the pictures, their poses and the camera into a new folder.",
                "`kestrin-record import FOLDER OUT.krs` reads it again. Anchors, light and inertial readings "
                "are not in it.\n",
-               entries},
+               entries, &request.options},
               argc, argv);
-    Request request;
     const std::string name = take(format).value_or("png");
     if (name != "png" && name != "jpeg")
         throw Ending(kMisused, "--format: expected png or jpeg, not '" + name + "'");
     if (name == "jpeg")
         request.format = PicturesFolderWriter::Format::jpeg;
-    request.damage = tolerant ? session::Damage::tolerated : session::Damage::refused;
-    request.quiet = quiet;
     if (rest.size() != 2)
         throw Ending(kMisused, "export what? Expected RECORDING.krs FOLDER (see --help)");
     request.recording = rest[0];
@@ -55,7 +49,7 @@ void write(session::RecordingReader& reader, const Request& request, const std::
     std::filesystem::create_directory(place);
     PicturesFolderWriter writer(place, reader.info().camera, request.format);
     session::Nv12Buffer picture = pictureBuffer(reader);
-    Progress progress("Exporting", reader.size(), request.quiet);
+    Progress progress("Exporting", reader.size(), request.options.quiet);
     for (std::size_t i = 0; i < reader.size(); ++i) {
         readPicture(reader, request.recording, i, picture);
         writer.add(reader.frame(i), picture);
@@ -66,7 +60,7 @@ void write(session::RecordingReader& reader, const Request& request, const std::
 
 void run(int argc, char** argv) {
     const Request request = readRequest(argc, argv);
-    const auto reader = openRecording(request.recording, request.damage);
+    const auto reader = openRecording(request.recording, request.options);
     SideFolder side(request.folder);
     try {
         write(*reader, request, side.path());

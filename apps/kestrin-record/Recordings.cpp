@@ -13,6 +13,11 @@ std::unique_ptr<RecordingReader> openRecording(const std::filesystem::path& fold
     return std::get<0>(std::move(opened));
 }
 
+std::unique_ptr<RecordingReader> openRecording(const std::filesystem::path& folder,
+                                               const Conversion& options) {
+    return openRecording(folder, options.tolerant ? session::Damage::tolerated : session::Damage::refused);
+}
+
 void readPicture(RecordingReader& reader, const std::filesystem::path& folder, std::size_t index,
                  session::Nv12Buffer& picture) {
     if (!reader.picture(index, picture))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CommandLine.h"
+
 #include "session/recording/RecordingReader.h"
 
 #include <filesystem>
@@ -10,6 +12,8 @@ namespace kestrin::record {
 /// Throws Ending with the error's line.
 std::unique_ptr<session::RecordingReader> openRecording(const std::filesystem::path& folder,
                                                         session::Damage damage);
+std::unique_ptr<session::RecordingReader> openRecording(const std::filesystem::path& folder,
+                                                        const Conversion& options);
 /// Decodes the picture of a frame. Throws Ending.
 void readPicture(session::RecordingReader& reader, const std::filesystem::path& folder, std::size_t index,
                  session::Nv12Buffer& picture);

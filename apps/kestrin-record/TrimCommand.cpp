@@ -20,32 +20,26 @@ struct Request {
     std::filesystem::path from, to;
     double begin = 0;
     std::optional<double> end;
-    session::Damage damage = session::Damage::refused;
-    bool quiet = false;
+    Conversion options;
 };
 
 Request readRequest(int argc, char** argv) {
     char *from = nullptr, *to = nullptr;
-    gboolean tolerant = FALSE, quiet = FALSE;
     const GOptionEntry entries[] = {
         {"from", 0, 0, G_OPTION_ARG_STRING, &from, "The first moment to keep (default: 0)", "SECONDS"},
         {"to", 0, 0, G_OPTION_ARG_STRING, &to, "The last moment to keep (default: the end)", "SECONDS"},
-        {"tolerant", 0, 0, G_OPTION_ARG_NONE, &tolerant, "Take what comes before the damage", nullptr},
-        {"quiet", 'q', 0, G_OPTION_ARG_NONE, &quiet, "Show no progress", nullptr},
         {}};
+    Request request;
     const std::vector<std::string> rest =
         parse({"RECORDING.krs OUT.krs", "Makes a recording of a part of another.",
                "Its first frame is at time 0 and adds the anchors that are there by then.\n"
                "Example: kestrin-record trim hall.krs part.krs --from 2 --to 4.5\n",
-               entries},
+               entries, &request.options},
               argc, argv);
-    Request request;
     if (const auto text = take(from))
         request.begin = number("--from", *text);
     if (const auto text = take(to))
         request.end = number("--to", *text);
-    request.damage = tolerant ? session::Damage::tolerated : session::Damage::refused;
-    request.quiet = quiet;
     if (rest.size() != 2)
         throw Ending(kMisused, "trim what? Expected RECORDING.krs OUT.krs (see --help)");
     request.from = rest[0];
@@ -95,7 +89,7 @@ void write(RecordingReader& reader, const Request& request, const Part& part,
         throw Ending(kFailed, error->text);
     session::RecordingWriter& writer = *std::get<0>(made);
     session::Nv12Buffer picture = pictureBuffer(reader);
-    Progress progress("Trimming", part.last - part.first, request.quiet);
+    Progress progress("Trimming", part.last - part.first, request.options.quiet);
     for (std::size_t i = part.first; i < part.last; ++i) {
         RecordedFrame frame = shifted(reader.frame(i), reader.frame(part.first).frame.time);
         if (i == part.first)
@@ -109,7 +103,7 @@ void write(RecordingReader& reader, const Request& request, const Part& part,
 
 void run(int argc, char** argv) {
     const Request request = readRequest(argc, argv);
-    const auto reader = openRecording(request.from, request.damage);
+    const auto reader = openRecording(request.from, request.options);
     const Part part = partOf(*reader, request);
     SideFolder side(request.to);
     write(*reader, request, part, side.path());
