@@ -1,9 +1,9 @@
 #include "linux/storage/PhotoFolder.h"
 #include "linux/storage/PixbufCodec.h"
+#include "support/ExifDate.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <libexif/exif-data.h>
 
 #include <csignal>
 #include <ctime>
@@ -28,16 +28,6 @@ std::vector<std::uint8_t> noisyJpeg(int side) {
 std::string bytesOf(const path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-std::string dateIn(const path& file) {
-    ExifData* const block = exif_data_new_from_file(file.c_str());
-    ExifEntry* const entry =
-        block ? exif_content_get_entry(block->ifd[EXIF_IFD_EXIF], EXIF_TAG_DATE_TIME_ORIGINAL) : nullptr;
-    const std::string date = entry ? reinterpret_cast<const char*>(entry->data) : "";
-    if (block)
-        exif_data_unref(block);
-    return date;
 }
 
 std::ptrdiff_t filesIn(const path& folder) { return std::distance(recursive_directory_iterator(folder), {}); }
@@ -68,7 +58,7 @@ TEST_F(PhotoFolderTest, TwoPhotosOfOneSecondAreTwoDatedFiles) {
         const auto image =
             PixbufCodec().decode({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
         EXPECT_EQ(image.pixelWidth(), side) << name;
-        EXPECT_EQ(dateIn(folder / name), "2026:03:09 14:05:59") << name;
+        EXPECT_EQ(kestrin::test::exifDateIn(folder / name), "2026:03:09 14:05:59") << name;
         side += 8;
     }
 }

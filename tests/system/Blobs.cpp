@@ -1,7 +1,8 @@
 #include "Blobs.h"
 
+#include <opencv2/imgproc.hpp>
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace kestrin::test {
@@ -11,130 +12,69 @@ namespace {
 using platform::Image;
 using platform::Point;
 
-std::array<double, 3> colorAt(const Image& image, int x, int y) {
-    const auto* pixel =
-        image.pixels().data() + (std::size_t(y) * std::size_t(image.pixelWidth()) + std::size_t(x)) * 4;
-    return {double(pixel[0]), double(pixel[1]), double(pixel[2])};
+constexpr int kRim = 2; // pixels of a soft edge
+
+cv::Mat3f colorsOf(const Image& image) {
+    const cv::Mat rgba(image.pixelHeight(), image.pixelWidth(), CV_8UC4,
+                       const_cast<std::uint8_t*>(image.pixels().data()));
+    cv::Mat3b rgb;
+    cv::cvtColor(rgba, rgb, cv::COLOR_RGBA2RGB);
+    return rgb;
 }
 
-double lumaAt(const Image& image, int x, int y) {
-    const auto [r, g, b] = colorAt(image, x, y);
-    return 0.299 * r + 0.587 * g + 0.114 * b;
+/// The connected regions in which the coverage, 0 to 1 a pixel, exceeds a half, with its centroids there,
+/// soft edges included.
+std::vector<Blob> findBlobs(const cv::Mat1f& coverage) {
+    cv::Mat labels, centres;
+    cv::Mat1i found;
+    const int count = cv::connectedComponentsWithStats(coverage > 0.5, labels, found, centres, 4);
+    std::vector<Blob> blobs;
+    for (int i = 1; i < count; ++i) {
+        const cv::Rect whole(found(i, cv::CC_STAT_LEFT) - kRim, found(i, cv::CC_STAT_TOP) - kRim,
+                             found(i, cv::CC_STAT_WIDTH) + 2 * kRim, found(i, cv::CC_STAT_HEIGHT) + 2 * kRim);
+        const cv::Rect seen = whole & cv::Rect({}, coverage.size());
+        const cv::Moments sum = cv::moments(coverage(seen));
+        blobs.push_back(
+            {{seen.x + sum.m10 / sum.m00 + 0.5, seen.y + sum.m01 / sum.m00 + 0.5}, sum.m00, seen != whole});
+    }
+    return blobs;
 }
-
-/// Flood fill over coverage above a half, with a rim of two pixels for the soft edge.
-class Region {
-  public:
-    Region(int width, int height, const Coverage& coverage)
-        : m_width(width), m_height(height), m_coverage(coverage) {
-        m_seen.resize(std::size_t(width) * std::size_t(height));
-    }
-
-    bool isSeed(int x, int y) { return !seen(x, y) && m_coverage(x, y) > 0.5; }
-
-    Blob grow(int x, int y) {
-        std::vector<std::pair<int, int>> open{{x, y}};
-        seen(x, y) = true;
-        int left = x, right = x, top = y, bottom = y;
-        while (!open.empty()) {
-            const auto [px, py] = open.back();
-            open.pop_back();
-            left = std::min(left, px), right = std::max(right, px);
-            top = std::min(top, py), bottom = std::max(bottom, py);
-            for (const auto& [dx, dy] : {std::pair{1, 0}, {-1, 0}, {0, 1}, {0, -1}})
-                if (inside(px + dx, py + dy) && isSeed(px + dx, py + dy)) {
-                    seen(px + dx, py + dy) = true;
-                    open.emplace_back(px + dx, py + dy);
-                }
-        }
-        return centroid(left - 2, top - 2, right + 2, bottom + 2);
-    }
-
-  private:
-    bool inside(int x, int y) const { return x >= 0 && y >= 0 && x < m_width && y < m_height; }
-    std::vector<bool>::reference seen(int x, int y) {
-        return m_seen[std::size_t(y) * std::size_t(m_width) + std::size_t(x)];
-    }
-
-    Blob centroid(int left, int top, int right, int bottom) const {
-        Blob blob;
-        blob.touchesEdge = !inside(left, top) || !inside(right, bottom);
-        for (int y = std::max(top, 0); y <= std::min(bottom, m_height - 1); ++y)
-            for (int x = std::max(left, 0); x <= std::min(right, m_width - 1); ++x) {
-                const double weight = m_coverage(x, y);
-                blob.area += weight;
-                blob.centre.x += weight * (x + 0.5);
-                blob.centre.y += weight * (y + 0.5);
-            }
-        blob.centre.x /= blob.area;
-        blob.centre.y /= blob.area;
-        return blob;
-    }
-
-    int m_width, m_height;
-    const Coverage& m_coverage;
-    std::vector<bool> m_seen;
-};
-
-/// The window of a picture around a point.
-struct Window {
-    int left, top, width, height;
-
-    Window(const Image& image, const Point& centre, double reach)
-        : left(std::max(0, int(centre.x - reach))), top(std::max(0, int(centre.y - reach))),
-          width(std::min(image.pixelWidth(), int(centre.x + reach)) - left),
-          height(std::min(image.pixelHeight(), int(centre.y + reach)) - top) {}
-};
 
 } // namespace
 
 double distance(const Point& a, const Point& b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
-std::vector<Blob> findBlobs(int width, int height, const Coverage& coverage) {
-    Region region(width, height, coverage);
-    std::vector<Blob> blobs;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            if (region.isSeed(x, y))
-                blobs.push_back(region.grow(x, y));
-    return blobs;
-}
-
 std::vector<Blob> findDiscs(const Image& with, const Image& without, const std::array<double, 3>& color) {
     // with = (1 - coverage) * without + coverage * color, solved for coverage over the three channels.
-    const Coverage coverage = [&](int x, int y) {
-        const auto shown = colorAt(with, x, y), behind = colorAt(without, x, y);
-        double along = 0, whole = 0;
-        for (std::size_t i = 0; i < 3; ++i) {
-            along += (shown[i] - behind[i]) * (color[i] - behind[i]);
-            whole += (color[i] - behind[i]) * (color[i] - behind[i]);
-        }
-        return whole > 0 ? std::clamp(along / whole, 0.0, 1.0) : 0.0;
-    };
-    return findBlobs(with.pixelWidth(), with.pixelHeight(), coverage);
+    const cv::Mat3f shown = colorsOf(with), behind = colorsOf(without);
+    const cv::Vec3f wanted{float(color[0]), float(color[1]), float(color[2])};
+    cv::Mat1f coverage(shown.size());
+    coverage.forEach([&](float& pixel, const int* at) {
+        const cv::Vec3f whole = wanted - behind(at), part = shown(at) - behind(at);
+        pixel = std::clamp(part.dot(whole) / std::max(whole.dot(whole), 1.0F), 0.0F, 1.0F);
+    });
+    return findBlobs(coverage);
 }
 
 std::optional<Blob> findMark(const Image& image, const Point& near, double reach) {
-    const Window window(image, near, reach);
+    const cv::Rect window = cv::Rect(cv::Point(int(near.x - reach), int(near.y - reach)),
+                                     cv::Point(int(near.x + reach), int(near.y + reach))) &
+                            cv::Rect(0, 0, image.pixelWidth(), image.pixelHeight());
     if (window.width < 4 || window.height < 4)
         return std::nullopt;
-    const auto luma = [&](int x, int y) { return lumaAt(image, window.left + x, window.top + y); };
-    double darkest = 255, brightest = 0;
-    for (int y = 0; y < window.height; ++y)
-        for (int x = 0; x < window.width; ++x) {
-            darkest = std::min(darkest, luma(x, y));
-            brightest = std::max(brightest, luma(x, y));
-        }
+    cv::Mat1f luma, coverage;
+    cv::cvtColor(colorsOf(image)(window), luma, cv::COLOR_RGB2GRAY);
+    double darkest = 0, brightest = 0;
+    cv::minMaxLoc(luma, &darkest, &brightest);
     if (brightest - darkest < 80)
         return std::nullopt;
-    const Coverage coverage = [&](int x, int y) {
-        // Steepened, so that shading of the white and of the black counts for nothing.
-        return std::clamp(((brightest - luma(x, y)) / (brightest - darkest) - 0.2) / 0.6, 0.0, 1.0);
-    };
+    // Steepened, so that shading of the white and of the black counts for nothing.
+    coverage = ((brightest - luma) / (brightest - darkest) - 0.2) / 0.6;
+    coverage = cv::max(cv::min(coverage, 1), 0);
     std::optional<Blob> nearest;
-    for (Blob blob : findBlobs(window.width, window.height, coverage)) {
-        blob.centre.x += window.left;
-        blob.centre.y += window.top;
+    for (Blob blob : findBlobs(coverage)) {
+        blob.centre.x += window.x;
+        blob.centre.y += window.y;
         if (!blob.touchesEdge && (!nearest || distance(blob.centre, near) < distance(nearest->centre, near)))
             nearest = blob;
     }

@@ -2,24 +2,17 @@
 
 #include "platform/Image.h"
 
-#include <functional>
+#include <array>
 #include <optional>
 #include <vector>
 
 namespace kestrin::test {
-
-/// How much of a pixel belongs to what is looked for, 0 to 1.
-using Coverage = std::function<double(int x, int y)>;
 
 struct Blob {
     platform::Point centre; ///< pixels; (0, 0) is the top-left corner of the top-left pixel
     double area = 0;        ///< pixels
     bool touchesEdge = false;
 };
-
-/// The connected regions of a picture of `width` x `height` in which coverage exceeds a half, with the
-/// centroids of their coverage, soft edges included.
-std::vector<Blob> findBlobs(int width, int height, const Coverage& coverage);
 
 /// The discs of `color` that `with` shows and `without`, the same picture but for them, does not.
 std::vector<Blob> findDiscs(const platform::Image& with, const platform::Image& without,

@@ -9,13 +9,10 @@ namespace kestrin::test {
 
 namespace {
 
-constexpr double kPatience = 45; // seconds
-
 class Cycles : public testing::Test {
   protected:
     static StageOptions options() {
         StageOptions options;
-        options.page = builtPage("witness");
         options.width = 320;
         options.height = 240;
         return options;

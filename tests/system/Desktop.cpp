@@ -19,8 +19,9 @@ std::string idOf(GtkWindow* window) {
 } // namespace
 
 WindowManager::WindowManager() {
-    std::string program = "openbox", file = "--config-file", none = "/dev/null";
-    char* arguments[] = {program.data(), file.data(), none.data(), nullptr};
+    m_folder.write("rc.xml", "<openbox_config xmlns=\"http://openbox.org/3.4/rc\"/>");
+    std::string program = "openbox", file = "--config-file", name = m_folder / "rc.xml";
+    char* arguments[] = {program.data(), file.data(), name.data(), nullptr};
     constexpr auto kFlags =
         GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
     if (!g_spawn_async(nullptr, arguments, nullptr, kFlags, nullptr, nullptr, &m_process, nullptr))
@@ -56,6 +57,28 @@ bool clickAt(GtkWindow* window, int x, int y) {
     return runProgram("xdotool", {"mousemove", "--window", idOf(window), std::to_string(x), std::to_string(y),
                                   "click", "1"})
                .status == 0;
+}
+
+bool clickOn(GtkWidget* widget) {
+    GtkNative* const window = gtk_widget_get_native(widget);
+    graphene_point_t middle{float(gtk_widget_get_width(widget)) / 2,
+                            float(gtk_widget_get_height(widget)) / 2};
+    double left = 0, top = 0; // of the shadow
+    gtk_native_get_surface_transform(window, &left, &top);
+    return gtk_widget_compute_point(widget, GTK_WIDGET(window), &middle, &middle) &&
+           clickAt(GTK_WINDOW(window), int(middle.x + left), int(middle.y + top));
+}
+
+bool press(const std::string& key) { return runProgram("xdotool", {"key", key}).status == 0; }
+
+GtkWindow* dialogOver(GtkWindow* window) {
+    GListModel* const all = gtk_window_get_toplevels();
+    for (guint i = 0; i < g_list_model_get_n_items(all); ++i) {
+        const auto each = gtk::GRef<GtkWindow>::adopt(static_cast<GtkWindow*>(g_list_model_get_item(all, i)));
+        if (gtk_window_get_transient_for(each.get()) == window)
+            return each.get();
+    }
+    return nullptr;
 }
 
 } // namespace kestrin::test

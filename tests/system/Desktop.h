@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/TemporaryFolder.h"
+
 #include <glib.h>
 #include <gtk/gtk.h>
 
@@ -17,6 +19,7 @@ class WindowManager {
     WindowManager& operator=(const WindowManager&) = delete;
 
   private:
+    const TemporaryFolder m_folder;
     GPid m_process = 0;
 };
 
@@ -36,5 +39,11 @@ class OtherWindow {
 bool xdotool(const std::string& command, GtkWindow* window, std::vector<std::string> arguments = {});
 /// A click at a point of the window, pixels.
 bool clickAt(GtkWindow* window, int x, int y);
+/// A click on the middle of a widget.
+bool clickOn(GtkWidget* widget);
+/// Presses a key, as xdotool names it, in whatever window has the focus.
+bool press(const std::string& key);
+/// The window that stands in front of another, which it belongs to; null when there is none.
+GtkWindow* dialogOver(GtkWindow* window);
 
 } // namespace kestrin::test

@@ -18,8 +18,7 @@ using platform::TrackingReason;
 using testing::DoubleNear;
 using testing::Pointwise;
 
-constexpr double kPatience = 45; // seconds
-constexpr double kTurn = 0.3;    // radians about y, of everything that is posed
+constexpr double kTurn = 0.3; // radians about y, of everything that is posed
 
 /// Turned, at a place.
 Matrix posed(float x, float y, float z) {
@@ -112,9 +111,8 @@ class Events : public testing::Test {
     /// Runs the script, until the page has been told of it all, and pauses.
     void run(const std::vector<std::string>& flags) {
         StageOptions options;
-        options.page = builtPage("witness");
         options.orientation = 3;
-        options.featureFlags = flags;
+        options.application.featureFlags = flags;
         options.tracking = [](const platform::InterfaceOrientation& orientation) {
             session::SessionOptions session;
             session.pacing = session::Pacing::stepped;

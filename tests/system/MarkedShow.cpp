@@ -41,7 +41,7 @@ std::shared_ptr<const session::Room> markedRoom() {
 
 StageOptions stageOptions(const MarkedOptions& marked) {
     StageOptions options;
-    options.page = builtPage("align");
+    options.application = showing("align");
     boost::json::array points;
     for (const session::Vector3& point : markPoints())
         points.push_back({point.x, point.y, point.z});
@@ -65,15 +65,17 @@ StageOptions stageOptions(const MarkedOptions& marked) {
 
 MarkedShow::MarkedShow(const MarkedOptions& options) : SteppedShow(stageOptions(options)) {}
 
-std::vector<double> MarkedShow::distances() const {
-    const auto [shorter, longer] = std::minmax(camera().pixelWidth(), camera().pixelHeight());
-    const double reach = kReach * std::max(1.0, std::max(longer / 640.0, shorter / 480.0));
-    std::vector<double> all;
-    for (const platform::Point& disc : discs(kMagenta, kDiscRadius)) {
-        const auto mark = findMark(camera(), disc, reach);
-        all.push_back(mark ? distance(mark->centre, disc) : kMissed);
+Spread MarkedShow::measure(int poses) {
+    std::vector<double> distances;
+    for (int pose = 0; pose < poses && next(); ++pose) {
+        const auto [shorter, longer] = std::minmax(camera().pixelWidth(), camera().pixelHeight());
+        const double reach = kReach * std::max(1.0, std::max(longer / 640.0, shorter / 480.0));
+        for (const platform::Point& disc : discs(kMagenta, kDiscRadius)) {
+            const auto mark = findMark(camera(), disc, reach);
+            distances.push_back(mark ? distance(mark->centre, disc) : kMissed);
+        }
     }
-    return all;
+    return Spread(distances);
 }
 
 } // namespace kestrin::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Spread.h"
 #include "SteppedShow.h"
 
 #include "session/PinholeCamera.h"
@@ -18,8 +19,8 @@ class MarkedShow : public SteppedShow {
   public:
     explicit MarkedShow(const MarkedOptions& options);
 
-    /// How far each disc of the present frame is from its mark, pixels; very far for one without a mark.
-    std::vector<double> distances() const;
+    /// Goes on by so many poses: how far each disc is from its mark, pixels; very far for one without a mark.
+    Spread measure(int poses);
 };
 
 } // namespace kestrin::test

@@ -5,8 +5,11 @@
 #include <glib.h>
 #include <gtest/gtest.h>
 
-#include <string>
 #include <sys/wait.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
 #include <vector>
 
 namespace kestrin::test {
@@ -33,6 +36,26 @@ inline Outcome runProgram(std::string program, std::vector<std::string> argument
     }
     const gtk::GText keptOut(out), keptErr(err);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, err};
+}
+
+/// Arguments that a program refuses, what it mentions then, and its exit status, 0 for any.
+struct Refused {
+    std::vector<std::string> arguments;
+    std::string mention;
+    int status = 0;
+};
+
+/// In one line each, which begins with the program's name.
+inline void expectRefused(const std::string& program, const std::vector<Refused>& cases) {
+    for (const auto& [arguments, mention, status] : cases) {
+        const Outcome outcome = runProgram(program, arguments);
+        EXPECT_GT(outcome.status, 0) << mention;
+        EXPECT_TRUE(status == 0 || outcome.status == status) << mention << ": " << outcome.status;
+        EXPECT_EQ(std::ranges::count(outcome.err, '\n'), 1) << outcome.err;
+        EXPECT_TRUE(outcome.err.starts_with(std::filesystem::path(program).filename().string() + ": "))
+            << outcome.err;
+        EXPECT_NE(outcome.err.find(mention), std::string::npos) << outcome.err;
+    }
 }
 
 } // namespace kestrin::test

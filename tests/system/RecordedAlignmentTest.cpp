@@ -1,11 +1,10 @@
-// A page draws discs at the inner corners of a chessboard that a real camera saw, and a cube on it. Where the
-// corners are is found in the camera layer alone.
+// A page draws discs at the inner corners of a chessboard that a real camera saw. Where the corners are is
+// found in the camera layer alone.
 
 #include "Blobs.h"
-#include "Quantile.h"
+#include "Spread.h"
 #include "SteppedShow.h"
 
-#include "linux/toolkit/Capture.h"
 #include "session/import/Import.h"
 #include "session/recording/RecordedTracking.h"
 #include "support/RealSequence.h"
@@ -36,21 +35,6 @@ boost::json::array cornerPoints() {
         for (int column = 0; column < kColumns; ++column)
             points.push_back({column * kSpacing, 0, row * kSpacing});
     return points;
-}
-
-/// A cube of two squares' width that stands on the middle of the board.
-boost::json::array cubeEdges() {
-    const auto corner = [](int bits) {
-        const double side = 2 * kSpacing;
-        return boost::json::array{(3 * kSpacing) + (bits & 1) * side, ((bits >> 1) & 1) * side,
-                                  kSpacing + ((bits >> 2) & 1) * side};
-    };
-    boost::json::array edges;
-    for (int from = 0; from < 8; ++from)
-        for (const int axis : {1, 2, 4})
-            if ((from & axis) == 0)
-                edges.push_back({corner(from), corner(from | axis)});
-    return edges;
 }
 
 /// The board's corners in the camera layer, pixels from the top-left corner of the top-left pixel; none when
@@ -89,9 +73,8 @@ class RecordedAlignment : public testing::Test {
 
     StageOptions stage(const std::string& fault) const {
         StageOptions options;
-        options.page = builtPage("align");
-        options.query = {
-            {"points", cornerPoints()}, {"edges", cubeEdges()}, {"fault", boost::json::parse(fault)}};
+        options.application = showing("align");
+        options.query = {{"points", cornerPoints()}, {"fault", boost::json::parse(fault)}};
         options.width = 752;
         options.height = 480;
         options.tracking = [this](const platform::InterfaceOrientation& orientation) {
@@ -106,7 +89,7 @@ class RecordedAlignment : public testing::Test {
     }
 
     /// Distances in pixels of discs to their corners, over all frames in which the board is found.
-    std::vector<double> measure(const std::string& fault) {
+    Spread measure(const std::string& fault) {
         SteppedShow show(stage(fault));
         std::vector<double> distances;
         for (int frame = 0; frame < kFrames && show.next(); ++frame) {
@@ -117,36 +100,29 @@ class RecordedAlignment : public testing::Test {
                     if (const double apart = distance({corner.x, corner.y}, disc); apart < kReach)
                         distances.push_back(apart);
         }
-        keepPicture(show);
-        std::cout << m_found << " frames, " << distances.size() << " discs, median "
-                  << quantile(distances, 0.5) << " px, 95 % " << quantile(distances, 0.95) << " px\n";
-        return distances;
+        const Spread spread(distances);
+        std::cout << m_found << " frames, " << spread << '\n';
+        return spread;
     }
 
     int m_found = 0; ///< frames in which the board is
 
   private:
-    /// For a person to look at, where $KESTRIN_KEEP_PICTURES says.
-    static void keepPicture(const SteppedShow& show) {
-        if (const char* folder = std::getenv("KESTRIN_KEEP_PICTURES"))
-            gtk::writePng(show.composed(), fs::path(folder) / "board.png");
-    }
-
     TemporaryFolder m_folder;
 };
 
 TEST_F(RecordedAlignment, ContentLiesOnARealBoard) {
-    const auto distances = measure("{}");
+    const Spread spread = measure("{}");
     EXPECT_GE(m_found, 40);
-    EXPECT_GE(distances.size(), std::size_t(m_found) * 40);
-    EXPECT_LE(quantile(distances, 0.5), 0.7);
-    EXPECT_LE(quantile(distances, 0.95), 1.5);
+    EXPECT_GE(spread.count, std::size_t(m_found) * 40);
+    EXPECT_LE(spread.median, 0.7);
+    EXPECT_LE(spread.p95, 1.5);
 }
 
 TEST_F(RecordedAlignment, ASlipOfOneFrameIsSeen) {
-    const auto distances = measure(R"({"slip": 1})");
-    ASSERT_GE(distances.size(), 400U) << "too few to judge by";
-    EXPECT_GT(quantile(distances, 0.5), 0.7);
+    const Spread spread = measure(R"({"slip": 1})");
+    ASSERT_GE(spread.count, 400U) << "too few to judge by";
+    EXPECT_GT(spread.median, 0.7);
 }
 
 } // namespace

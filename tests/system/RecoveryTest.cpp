@@ -11,12 +11,8 @@ namespace kestrin::test {
 
 namespace {
 
-constexpr double kPatience = 45; // seconds
-
 TEST(Recovery, APageWhoseProcessDiesComesBackOnceAndTheHostGoesOn) {
-    StageOptions options;
-    options.page = builtPage("witness");
-    Stage stage(options);
+    Stage stage({});
     const auto tracks = [&] {
         stage.forgetTold();
         return stage.runUntil([&] { return stage.told("pose").size() > 5; }, kPatience);

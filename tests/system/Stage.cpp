@@ -5,8 +5,10 @@
 #include "linux/network/HostMap.h"
 #include "linux/toolkit/Capture.h"
 #include "linux/toolkit/Widget.h"
+#include "platform/WebView.h"
 #include "services/util/Json.h"
 #include "session/SimulatedTracking.h"
+#include "support/TemporaryFolder.h"
 
 #include <boost/json/serialize.hpp>
 
@@ -19,13 +21,6 @@
 namespace kestrin::test {
 
 namespace {
-content::Application applicationOf(const StageOptions& options) {
-    content::Application application;
-    application.page = options.page;
-    application.featureFlags = options.featureFlags;
-    return application;
-}
-
 std::string queryOf(const StageOptions& options) {
     std::string query;
     for (const auto& [name, value] : options.query) {
@@ -36,15 +31,39 @@ std::string queryOf(const StageOptions& options) {
     return query;
 }
 
-std::shared_ptr<session::SourcedTracking> defaultTracking(const platform::InterfaceOrientation& orientation) {
+std::shared_ptr<session::SourcedTracking> trackingOf(const StageOptions& options,
+                                                     const platform::InterfaceOrientation& orientation) {
+    if (options.tracking)
+        return options.tracking(orientation);
     session::SimulatedOptions simulation;
+    simulation.room = options.room;
     simulation.session.orientation = &orientation;
     return std::make_shared<session::SimulatedTracking>(simulation);
 }
 
+content::ServerOptions serverOptions(const StageOptions& options) {
+    content::ServerOptions server;
+    server.lookup = options.lookup;
+    return server;
+}
+
 } // namespace
 
-Stage::Stage(StageOptions options) : m_options(std::move(options)), m_server(applicationOf(m_options)) {
+const std::filesystem::path& home() {
+    struct Home : TemporaryFolder {
+        Home() {
+            write("user-dirs.dirs", "XDG_PICTURES_DIR=\"" + path().string() + "\"\n");
+            for (const char* kind : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+                g_setenv(kind, path().c_str(), TRUE);
+        }
+    };
+    static const Home home;
+    return home.path();
+}
+
+Stage::Stage(StageOptions options)
+    : m_options(std::move(options)), m_server(m_options.application, serverOptions(m_options)) {
+    home();
     if (const auto wrong = m_server.start())
         throw std::runtime_error(*wrong);
     installPlatform();
@@ -57,10 +76,11 @@ Stage::~Stage() { close(); }
 void Stage::installPlatform() {
     gtk::Options linux;
     linux.orientation = m_options.orientation;
-    linux.hostMap = gtk::HostMap::parse(m_server.hostMapEntry(content::Form::Direct));
+    linux.granted = m_options.granted;
+    linux.hostMap =
+        gtk::HostMap::parse(m_server.hostMapEntry(content::Form::Direct) + ',' + m_options.hostMap);
     linux.worldTracking = [&](const platform::InterfaceOrientation& orientation) {
-        return m_tracking =
-                   m_options.tracking ? m_options.tracking(orientation) : defaultTracking(orientation);
+        return m_tracking = trackingOf(m_options, orientation);
     };
     auto platform = gtk::LinuxPlatform::make(linux);
     if (!platform)
@@ -111,6 +131,17 @@ void Stage::keep(const boost::json::object& report) {
         m_told[std::string(event->get_string())].push_back(value ? *value : nullptr);
 }
 
+void Stage::evaluate(const std::string& script) {
+    std::dynamic_pointer_cast<platform::WebView>(m_view->getContentView())->evaluate(script);
+}
+
+boost::json::value Stage::answer(const std::string& script, const std::string& event) {
+    const auto& heard = m_told[event];
+    const auto before = heard.size();
+    evaluate(script);
+    return runUntil([&] { return heard.size() > before; }, kPatience) ? heard[before] : nullptr;
+}
+
 bool Stage::runUntil(const std::function<bool()>& done, double seconds) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     while (!done()) {
@@ -142,8 +173,10 @@ platform::Image Stage::capture(platform::View& view) {
     return picture.value_or(platform::Image());
 }
 
-std::filesystem::path builtPage(const std::string& name) {
-    return std::filesystem::path(KESTRIN_WEB_DIST) / name;
+content::Application showing(const std::string& page) {
+    content::Application application;
+    application.page = std::filesystem::path(KESTRIN_WEB_DIST) / page;
+    return application;
 }
 
 } // namespace kestrin::test

@@ -1,6 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import { checkPoints, misplace, project } from '../src/align/project.js';
-import { Pose, Projection, type Plane, type Quaternion, type Vector3 } from '../src/client/index.js';
+import { Pose, type Plane, type Quaternion, type Vector3 } from '../src/client/index.js';
 import { Placement } from '../src/demo/placement.js';
 import { rounded } from '../src/demo/rounded.js';
 import { findTable, middleOf } from '../src/demo/table.js';
@@ -82,32 +81,4 @@ it('rounding keeps a loop inside itself, however short its edges', () => {
       .flat()
       .every(Number.isFinite),
   ).toBe(true);
-});
-
-describe('the alignment page', () => {
-  const camera = new Pose([0, 0, 2], upright);
-  const projection = new Projection([1, 0, 0, 0, 0, 2, 0, 0, 0, 0, -1, -1, 0, 0, -2, 0]);
-  const size = { width: 200, height: 100 };
-
-  it('counts pixels from the bottom left corner', () => {
-    expect(project([0, 0, 0], camera, projection, size)).toEqual([100, 50]);
-    expect(project([1, 0.5, 0], camera, projection, size)).toEqual([150, 75]);
-  });
-
-  it('leaves out what is behind the camera', () => {
-    expect(project([0, 0, 2.1], camera, projection, size)).toBeUndefined();
-    expect(project([0, 0, 2], camera, projection, size)).toBeUndefined();
-  });
-
-  it('misplaces on purpose: CSS pixels, downwards, and in the mirror', () => {
-    expect(misplace([10, 20], { shiftX: 0.5, shiftY: 2 }, 200, 2)).toEqual([11, 16]);
-    expect(misplace([10, 20], { mirror: true }, 200, 1)).toEqual([190, 20]);
-    expect(misplace([10, 20], {}, 200, 1)).toEqual([10, 20]);
-  });
-
-  it('refuses points that are none', () => {
-    expect(checkPoints([[1, 2, 3]])).toEqual([[1, 2, 3]]);
-    for (const bad of ['x', [[1, 2]], [[1, 2, NaN]], [['1', '2', '3']], {}, null])
-      expect(() => checkPoints(bad)).toThrow(TypeError);
-  });
 });

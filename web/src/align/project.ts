@@ -34,23 +34,6 @@ export function misplace([x, y]: BufferPoint, fault: Fault, width: number, ratio
   return [mirrored + (fault.shiftX ?? 0) * ratio, y - (fault.shiftY ?? 0) * ratio];
 }
 
-/** Two world points, metres. */
-export type Edge = readonly [Vector3, Vector3];
-
-/** Reads `[[[x, y, z], [x, y, z]], …]` in metres. @throws TypeError when it is anything else */
-export function checkEdges(value: unknown): Edge[] {
-  if (!Array.isArray(value) || !value.every((edge) => checkPoints(edge).length === 2))
-    throw new TypeError('edges are [[[x, y, z], [x, y, z]], …]');
-  return value as Edge[];
-}
-
-/** Reads `[[x, y, z], …]` in metres. @throws TypeError when it is anything else */
-export function checkPoints(value: unknown): Vector3[] {
-  const isPoint = (p: unknown) => Array.isArray(p) && p.length === 3 && p.every(Number.isFinite);
-  if (!Array.isArray(value) || !value.every(isPoint)) throw new TypeError('points are [[x, y, z], …]');
-  return value as Vector3[];
-}
-
 function transform(m: Readonly<Matrix4>, v: readonly number[]): number[] {
   return [0, 1, 2, 3].map((row) => m[row]! * v[0]! + m[row + 4]! * v[1]! + m[row + 8]! * v[2]! + m[row + 12]! * v[3]!);
 }

@@ -1,4 +1,5 @@
 // Tells the host of everything that it is told, decoded, and of each click on its button, so that a test can compare.
+// `client` is global: what a test wants asked, it asks through it.
 
 import { KestrinClient, type ClientEvents } from '../client/index.js';
 
@@ -21,9 +22,14 @@ const events = [
   'resign',
   'activate',
   'background',
+  'deviceInfo',
+  'flags',
+  'scanResult',
+  'qrResult',
 ] as const satisfies readonly (keyof ClientEvents)[];
 
 const client = new KestrinClient();
+Object.assign(globalThis, { client });
 const tell = (event: string, value?: unknown) => client.commands.webUpdate({ event, value });
 
 for (const event of events) client.on(event, (value) => tell(event, value));
