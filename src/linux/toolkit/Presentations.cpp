@@ -31,7 +31,7 @@ void Presentations::present(GtkWindow* parent, const std::shared_ptr<platform::V
     const auto view = controller->view();
     if (!view)
         return;
-    GtkWindow* const window = newModalWindow(parent, "Kestrin");
+    GtkWindow* const window = newModalWindow(parent, parent ? gtk_window_get_title(parent) : nullptr);
     setSize(window, parent);
     gtk_window_set_child(window, widget(*view));
     Presented& presented = m_presented.emplace_back(Presented{this, controller, window});
@@ -39,6 +39,8 @@ void Presentations::present(GtkWindow* parent, const std::shared_ptr<platform::V
     g_signal_connect(window, "map", G_CALLBACK(appeared), &presented);
     g_signal_connect(window, "destroy", G_CALLBACK(closed), &presented);
     gtk_window_present(window);
+    // The last of the view's controls is the one that goes on: Return is enough.
+    gtk_widget_child_focus(GTK_WIDGET(window), GTK_DIR_TAB_BACKWARD);
 }
 
 void Presentations::dismiss(const platform::ViewController& controller) {
