@@ -12,6 +12,19 @@
 
 namespace kestrin::session::test {
 
+/// The pixels of the picture, without what pads its rows.
+inline std::vector<std::uint8_t> pixelsOf(const platform::PixelBuffer& picture) {
+    std::vector<std::uint8_t> pixels;
+    for (int i = 0; i < 2; ++i) {
+        const platform::PixelPlane plane = picture.plane(i);
+        for (int y = 0; y < plane.height; ++y) {
+            const std::uint8_t* row = plane.data + std::ptrdiff_t(plane.stride) * y;
+            pixels.insert(pixels.end(), row, row + plane.width * (i + 1));
+        }
+    }
+    return pixels;
+}
+
 /// A delegate that keeps what it was told: "frame", "+ID", "~ID", "-ID".
 class Listener final : public platform::ArSessionDelegate {
   public:

@@ -79,17 +79,6 @@ struct SimulatedSessionTest : testing::Test {
     }
 };
 
-std::vector<std::uint8_t> bytesOf(const platform::PixelBuffer& picture) {
-    std::vector<std::uint8_t> bytes;
-    for (int i = 0; i < 2; ++i) {
-        const platform::PixelPlane plane = picture.plane(i);
-        for (int y = 0; y < plane.height; ++y)
-            bytes.insert(bytes.end(), plane.data + y * plane.stride,
-                         plane.data + y * plane.stride + plane.width * (i + 1));
-    }
-    return bytes;
-}
-
 TEST_F(SimulatedSessionTest, TwoSessionsShowTheSame) {
     configuration.planeDetection = ArConfiguration::kHorizontal;
     run();
@@ -100,12 +89,12 @@ TEST_F(SimulatedSessionTest, TwoSessionsShowTheSame) {
     steps(8);
     for (std::size_t i = 0; i < first.size(); ++i) {
         EXPECT_EQ(first[i]->camera->transform(), frames[i]->camera->transform());
-        EXPECT_EQ(bytesOf(*first[i]->capturedImage), bytesOf(*frames[i]->capturedImage)) << i;
+        EXPECT_EQ(pixelsOf(*first[i]->capturedImage), pixelsOf(*frames[i]->capturedImage)) << i;
         ASSERT_EQ(first[i]->anchors.size(), frames[i]->anchors.size());
         for (std::size_t k = 0; k < first[i]->anchors.size(); ++k)
             EXPECT_EQ(first[i]->anchors[k]->identifier, frames[i]->anchors[k]->identifier);
     }
-    EXPECT_NE(bytesOf(*first[0]->capturedImage), bytesOf(*first[7]->capturedImage));
+    EXPECT_NE(pixelsOf(*first[0]->capturedImage), pixelsOf(*first[7]->capturedImage));
 }
 
 TEST_F(SimulatedSessionTest, PicturesHaveTheFullRangeAndTheRightColours) {

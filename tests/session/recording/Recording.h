@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../Listener.h"
 #include "session/recording/RecordingReader.h"
 #include "session/recording/RecordingWriter.h"
 #include "support/TemporaryFolder.h"
@@ -25,19 +26,6 @@ inline Nv12Buffer testPicture(int width, int height, unsigned seed) {
                                               : std::uint8_t(128 + 100 * std::sin(double(x * y + seed)));
     }
     return picture;
-}
-
-/// The pixels of the picture, without what pads its rows.
-inline std::vector<std::uint8_t> pixelsOf(const platform::PixelBuffer& picture) {
-    std::vector<std::uint8_t> pixels;
-    for (int i = 0; i < 2; ++i) {
-        const platform::PixelPlane plane = picture.plane(i);
-        for (int y = 0; y < plane.height; ++y) {
-            const std::uint8_t* row = plane.data + std::ptrdiff_t(plane.stride) * y;
-            pixels.insert(pixels.end(), row, row + plane.width * (i + 1));
-        }
-    }
-    return pixels;
 }
 
 /// A camera that turns and moves along odd numbers.

@@ -1,4 +1,3 @@
-#include "../Listener.h"
 #include "Recording.h"
 #include "session/recording/LineText.h"
 #include "session/recording/RecordedTracking.h"
