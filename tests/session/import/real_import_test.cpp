@@ -1,12 +1,10 @@
-// Data sets that are too large and not free to come with the program; the tests are skipped without them.
+// A data set that is too large and not free to come with the program; the test is skipped without it.
 
 #include "DataSets.h"
 #include "session/Geometry.h"
 #include "support/RealSequence.h"
 
 #include <Eigen/Geometry>
-#include <opencv2/calib3d.hpp>
-#include <opencv2/imgproc.hpp>
 
 #include <algorithm>
 #include <fstream>
@@ -88,45 +86,6 @@ TEST(RealImport, EurocPosesAreTheGroundTruthAtTheFrames) {
     // The camera stands still by then: what the accelerometer feels points up.
     EXPECT_LT((gravity / readings - Eigen::Vector3d(0, 9.81, 0)).norm(), 0.3)
         << (gravity / readings).transpose();
-}
-
-TEST(RealImport, TheBoardsCornersAreWhereThePicturesShowThem) {
-    const auto folder = realSequence("ar_grid");
-    if (!std::filesystem::exists(folder))
-        GTEST_SKIP() << folder << " is not there";
-    const TemporaryFolder scratch;
-    ImportOptions options;
-    options.pictures = {100, 180};
-    ASSERT_EQ(importFolder(folder, scratch / "out.krs", options), "");
-    const auto opened = RecordingReader::open(scratch / "out.krs");
-    RecordingReader& reader = *std::get<0>(opened);
-    const CameraModel& model = reader.info().camera;
-    Nv12Buffer picture(model.width, model.height);
-    std::vector<double> distances;
-    for (std::size_t frame = 0; frame < reader.size(); frame += 8) {
-        ASSERT_TRUE(reader.picture(frame, picture));
-        const cv::Mat luma(model.height, model.width, CV_8UC1, picture.bytes(),
-                           std::size_t(picture.stride()));
-        std::vector<cv::Point2f> corners;
-        if (!cv::findChessboardCorners(luma, {9, 6}, corners))
-            continue;
-        cv::cornerSubPix(luma, corners, {4, 4}, {-1, -1},
-                         {cv::TermCriteria::EPS + cv::TermCriteria::COUNT, 30, 0.001});
-        const PinholeCamera camera(model, reader.frame(frame).frame.sensorPose, 3, {});
-        const auto distanceTo = [&](std::size_t corner, std::size_t number) {
-            const Vector3 point{0.04F * float(number % 9), 0, 0.04F * float(number / 9)};
-            const auto seen = camera.projectPoint(point, 3, {double(model.width), double(model.height)});
-            return std::hypot(seen.x - corners[corner].x - 0.5, seen.y - corners[corner].y - 0.5);
-        };
-        // The finder may begin at either end.
-        const bool turned = distanceTo(0, 53) < distanceTo(0, 0);
-        for (std::size_t i = 0; i < corners.size(); ++i)
-            distances.push_back(distanceTo(i, turned ? 53 - i : i));
-        EXPECT_GT(position(reader.frame(frame).frame.sensorPose).y, 0.1) << "the camera is above the desk";
-    }
-    ASSERT_GT(distances.size(), 5U * 54);
-    std::ranges::nth_element(distances, distances.begin() + std::ptrdiff_t(distances.size() / 2));
-    EXPECT_LT(distances[distances.size() / 2], 0.35);
 }
 
 } // namespace
