@@ -4,9 +4,9 @@
 #include "linux/capture/GstCapture.h"
 #include "linux/drawing/GlGpu.h"
 #include "linux/network/SoupHttpClient.h"
+#include "linux/permission/DesktopPermissions.h"
 #include "linux/storage/BundleStorage.h"
 #include "linux/storage/DeviceInfo.h"
-#include "linux/storage/GrantedPermissions.h"
 #include "linux/storage/PixbufCodec.h"
 #include "linux/toolkit/DesktopApplication.h"
 #include "linux/toolkit/MainLoopDispatch.h"
@@ -30,9 +30,10 @@ WebOptions webOptions(const Options& options) {
 }
 
 /// A source of tracking without a camera needs no permission for one.
-GrantedPermissions::Grants grantsIn(const Options& options) {
+DesktopPermissions::Options permissionOptions(const Options& options) {
     return {!options.trackingUsesCamera || options.granted.contains("camera"),
-            options.granted.contains("photos")};
+            options.granted.contains("photos"),
+            {}};
 }
 
 } // namespace
@@ -47,7 +48,11 @@ struct LinuxPlatform::Parts {
                              const platform::Size& size) { application.rootAllocated(root, size); }),
           capture({options.camera, options.mirrorsCamera}, dispatch, log), gpu(log),
           http(dispatch, {.hostMap = options.hostMap}),
-          storage(options.bundle, options.applicationId, *log), permissions(grantsIn(options), dispatch),
+          storage(options.bundle, options.applicationId, *log),
+          permissions(DesktopPermissions::make(
+              permissionOptions(options), PermissionFile::ofApplication(options.applicationId),
+              [this](const Question& question, auto answer) { application.ask(question, std::move(answer)); },
+              dispatch, log)),
           device(readDevice(options.applicationId)) {}
 
     const std::shared_ptr<StandardErrorLog> log;
@@ -61,7 +66,7 @@ struct LinuxPlatform::Parts {
     ZxingVision vision;
     SoupHttpClient http;
     BundleStorage storage;
-    GrantedPermissions permissions;
+    const std::shared_ptr<DesktopPermissions> permissions;
     const platform::Device device;
     std::shared_ptr<platform::WorldTracking> tracking;
 };
@@ -95,7 +100,7 @@ platform::Gpu& LinuxPlatform::gpu() { return m_parts->gpu; }
 platform::Vision& LinuxPlatform::vision() { return m_parts->vision; }
 platform::HttpClient& LinuxPlatform::http() { return m_parts->http; }
 platform::Storage& LinuxPlatform::storage() { return m_parts->storage; }
-platform::Permissions& LinuxPlatform::permissions() { return m_parts->permissions; }
+platform::Permissions& LinuxPlatform::permissions() { return *m_parts->permissions; }
 platform::Device LinuxPlatform::device() const { return m_parts->device; }
 double LinuxPlatform::featureLevel() const { return kFeatureLevel; }
 

@@ -37,7 +37,7 @@ struct Options {
     int orientation = 0;
     /// Points; what counts as the screen when the display has no monitor.
     platform::Size screenSize{1280, 720};
-    /// What the person allowed beforehand: "camera", "photos".
+    /// What nobody needs to be asked for: "camera", "photos".
     std::set<std::string> granted;
     /// Offers the web inspector in every page's context menu.
     bool developerExtras = false;

@@ -61,9 +61,6 @@ struct ShareTest : ToolkitTest {
         ASSERT_NE(found, nullptr) << label;
         g_signal_emit_by_name(found, "clicked");
     }
-    bool offers(std::string_view label) const {
-        return gtk_widget_get_sensitive(button(GTK_WIDGET(modal()), label));
-    }
 };
 
 } // namespace
@@ -90,32 +87,6 @@ TEST_F(ShareTest, APreviewShowsItsPictureUntilItIsDismissedOrClosed) {
     gtk_window_close(modal());
     EXPECT_TRUE(modalIsGone());
     EXPECT_TRUE(runUntil([&] { return preview.use_count() == 1; })) << "still kept";
-}
-
-TEST_F(ShareTest, TheSheetCopiesThePictureAndTheTexts) {
-    system->desktop.presentShareSheet({std::string("one"), kRedPicture, std::string("two")});
-    ASSERT_TRUE(modal());
-    EXPECT_TRUE(offers("_Save As…") && offers("_Open With…"));
-    click("_Copy to Clipboard");
-    EXPECT_TRUE(modalIsGone());
-    GdkContentProvider* const content =
-        gdk_clipboard_get_content(gdk_display_get_clipboard(gdk_display_get_default()));
-    ASSERT_NE(content, nullptr);
-    GValue text = G_VALUE_INIT, picture = G_VALUE_INIT;
-    g_value_init(&text, G_TYPE_STRING);
-    g_value_init(&picture, GDK_TYPE_TEXTURE);
-    EXPECT_TRUE(gdk_content_provider_get_value(content, &text, nullptr));
-    EXPECT_STREQ(g_value_get_string(&text), "one\ntwo");
-    EXPECT_TRUE(gdk_content_provider_get_value(content, &picture, nullptr));
-    EXPECT_EQ(gdk_texture_get_width(GDK_TEXTURE(g_value_get_object(&picture))), 40);
-    g_value_unset(&text);
-    g_value_unset(&picture);
-
-    system->desktop.presentShareSheet({Image()});
-    ASSERT_TRUE(modal());
-    EXPECT_FALSE(offers("_Save As…") || offers("_Copy to Clipboard") || offers("_Open With…"));
-    click("C_lose");
-    EXPECT_TRUE(modalIsGone());
 }
 
 } // namespace kestrin::test

@@ -30,16 +30,6 @@ GtkWindow* firstWindow() {
 
 } // namespace
 
-void KeptLog::write(std::string_view line) {
-    const std::lock_guard lock(m_mutex);
-    m_lines.emplace_back(line);
-}
-
-std::vector<std::string> KeptLog::lines() const {
-    const std::lock_guard lock(m_mutex);
-    return m_lines;
-}
-
 ToolkitPlatform::ToolkitPlatform()
     : desktop({0, {640, 480}}, queues, kept),
       toolkit(*kept,

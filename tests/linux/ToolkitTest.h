@@ -5,24 +5,13 @@
 #include "linux/toolkit/MainLoopDispatch.h"
 #include "linux/toolkit/ViewToolkit.h"
 #include "platform/Platform.h"
+#include "support/FakeLog.h"
 
 #include <gtest/gtest.h>
 
-#include <mutex>
 #include <ostream>
 
 namespace kestrin::test {
-
-/// Keeps the lines. Thread: any.
-class KeptLog final : public platform::LogSink {
-  public:
-    void write(std::string_view line) override;
-    std::vector<std::string> lines() const;
-
-  private:
-    mutable std::mutex m_mutex;
-    std::vector<std::string> m_lines;
-};
 
 /// The parts of the platform that have to do with GTK; to ask for another one is an error of the test.
 class ToolkitPlatform final : public platform::Platform {
@@ -45,7 +34,7 @@ class ToolkitPlatform final : public platform::Platform {
     platform::Device device() const override { return {}; }
     double featureLevel() const override { return 12; }
 
-    const std::shared_ptr<KeptLog> kept = std::make_shared<KeptLog>();
+    const std::shared_ptr<FakeLog> kept = std::make_shared<FakeLog>();
     gtk::MainLoopDispatch queues{kept};
     gtk::DesktopApplication desktop;
     gtk::ViewToolkit toolkit;
@@ -82,7 +71,7 @@ class ToolkitTest : public ::testing::Test {
     Pixel pixel(int x, int y);
     /// Pixels a point of the window shown last.
     int scale() const { return gtk_widget_get_scale_factor(GTK_WIDGET(window)); }
-    std::vector<std::string> log() const { return system->kept->lines(); }
+    std::vector<std::string> log() const { return system->kept->take(); }
 
     std::shared_ptr<ToolkitPlatform> system;
     GtkWindow* window = nullptr;

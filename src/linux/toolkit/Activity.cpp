@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace kestrin::gtk {
 
 namespace {
 
 // Longer than a window manager needs to hand the focus on, shorter than a person notices.
-constexpr double kSettleTime = 0.1; // seconds
+constexpr double kSettleTime = 0.1; // seconds, as the next
+constexpr double kPatience = 2;
 
 bool isMinimised(GtkWindow* window) {
     GdkSurface* surface = gtk_native_get_surface(GTK_NATIVE(window));
@@ -130,6 +130,22 @@ void Activity::settle() {
         m_center.post(platform::kDidEnterBackground);
     if (activates)
         m_center.post(platform::kDidBecomeActive);
+    if (m_isActive)
+        goOn();
+}
+
+void Activity::whenActive(platform::Task task) {
+    m_afterwards.push_back(std::move(task));
+    settleSoon();
+    m_dispatch.mainAfter(kPatience, [weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            self->goOn();
+    });
+}
+
+void Activity::goOn() {
+    for (const platform::Task& task : std::exchange(m_afterwards, {}))
+        task();
 }
 
 void Activity::terminate() {

@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 namespace kestrin::gtk {
 
@@ -19,6 +20,9 @@ class Activity : public std::enable_shared_from_this<Activity> {
     static std::shared_ptr<Activity> make(platform::Dispatch& dispatch, platform::NotificationCenter& center);
     ~Activity();
 
+    /// Runs the task, later, once the application is active and that has been told, but after some seconds in
+    /// any case.
+    void whenActive(platform::Task task);
     /// The application ends: tells what is still untold, then that, once.
     void terminate();
 
@@ -31,12 +35,14 @@ class Activity : public std::enable_shared_from_this<Activity> {
     void settleSoon();
     void settleAfter(double seconds);
     void settle();
+    void goOn();
 
     platform::Dispatch& m_dispatch;
     platform::NotificationCenter& m_center;
     SignalHandler m_windowsChanged, m_shutdown;
     std::map<GtkWindow*, std::unique_ptr<Watch>> m_watches;
-    double m_lastChange = 0; ///< on the dispatch's clock
+    std::vector<platform::Task> m_afterwards; ///< wait for the application to be active
+    double m_lastChange = 0;                  ///< on the dispatch's clock
     bool m_isActive = false, m_isVisible = false, m_isSettling = false, m_isTerminated = false;
 };
 

@@ -4,6 +4,8 @@
 #include "linux/toolkit/Links.h"
 #include "linux/toolkit/ShareSheet.h"
 
+#include <utility>
+
 namespace kestrin::gtk {
 
 namespace {
@@ -66,6 +68,12 @@ void DesktopApplication::present(const std::shared_ptr<platform::ViewController>
 
 void DesktopApplication::presentShareSheet(const std::vector<platform::ShareItem>& items) {
     ShareSheet::present(window(), items, m_dispatch, m_log);
+}
+
+void DesktopApplication::ask(const Question& question, std::function<void(Reply)> answer) {
+    gtk::ask(window(), question, [activity = m_activity, answer = std::move(answer)](Reply reply) {
+        activity->whenActive([answer, reply] { answer(reply); });
+    });
 }
 
 void DesktopApplication::rootAllocated(GtkWidget* root, const platform::Size& size) {

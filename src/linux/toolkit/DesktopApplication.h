@@ -3,6 +3,7 @@
 #include "linux/toolkit/Activity.h"
 #include "linux/toolkit/GWeak.h"
 #include "linux/toolkit/Presentations.h"
+#include "linux/toolkit/Question.h"
 #include "platform/Application.h"
 #include "platform/Log.h"
 #include "platform/Orientation.h"
@@ -30,6 +31,10 @@ class DesktopApplication final : public platform::Application {
     void present(const std::shared_ptr<platform::ViewController>& controller) override;
     void dismiss(const platform::ViewController& controller) override { m_presentations.dismiss(controller); }
     void presentShareSheet(const std::vector<platform::ShareItem>& items) override;
+
+    /// Asks the person, over the window. The answer comes when the focus is back, so that whoever waits for
+    /// it has nothing to tell of the question's own window.
+    void ask(const Question& question, std::function<void(Reply)> answer);
 
     platform::InterfaceOrientation& interfaceOrientation() { return m_orientation; }
     /// The view that the host placed got a size. The orientation is published before the view hears of it.

@@ -1,6 +1,7 @@
 #include "linux/toolkit/ShareSheet.h"
 
 #include "linux/toolkit/Alert.h"
+#include "linux/toolkit/Email.h"
 #include "linux/toolkit/ModalWindow.h"
 #include "linux/toolkit/Resources.h"
 #include "linux/toolkit/SharedPicture.h"
@@ -15,6 +16,7 @@ namespace {
 
 constexpr const char* kFileName = "Kestrin.jpg";
 constexpr const char* kFileType = "image/jpeg";
+constexpr int kWidth = 380, kHeightWithPicture = 560; // points, however large the picture is
 
 template <class Widget>
 Widget* part(GtkBuilder* builder, const char* name) {
@@ -76,6 +78,7 @@ void ShareSheet::fill() {
         gtk_builder_new_from_resource(resourcePath("interfaces/ShareSheet.ui").c_str()));
     gtk_window_set_child(m_window, part<GtkWidget>(builder.get(), "sheet"));
     GtkPicture* const picture = part<GtkPicture>(builder.get(), "picture");
+    gtk_window_set_default_size(m_window, kWidth, m_image.isValid() ? kHeightWithPicture : -1);
     gtk_picture_set_paintable(picture, GDK_PAINTABLE(makeTexture(m_image).get()));
     gtk_widget_set_visible(GTK_WIDGET(picture), m_image.isValid());
     const bool isEmpty = !m_image.isValid() && m_text.empty();
@@ -85,6 +88,7 @@ void ShareSheet::fill() {
     connect(builder.get(), "save", m_image.isValid(), [](ShareSheet* sheet) { sheet->askWhereToSave(); });
     connect(builder.get(), "copy", !isEmpty, [](ShareSheet* sheet) { sheet->copy(); });
     connect(builder.get(), "open", m_image.isValid(), [](ShareSheet* sheet) { sheet->askWhatOpens(); });
+    connect(builder.get(), "email", !isEmpty, [](ShareSheet* sheet) { sheet->sendByEmail(); });
     connect(builder.get(), "close", true, [](ShareSheet* sheet) { sheet->close(); });
 }
 
@@ -93,6 +97,14 @@ void ShareSheet::connect(GtkBuilder* builder, const char* button, bool isOffered
     GtkWidget* const widget = part<GtkWidget>(builder, button);
     gtk_widget_set_sensitive(widget, isOffered);
     g_signal_connect_swapped(widget, "clicked", G_CALLBACK(clicked), this);
+}
+
+void ShareSheet::close() {
+    const auto parent = GRef<GtkWindow>::ref(gtk_window_get_transient_for(m_window));
+    gtk_window_destroy(m_window); // and this
+    // A dialog of the sheet's that has just gone left the focus to the sheet, and so to nobody.
+    if (parent)
+        gtk_window_present(parent.get());
 }
 
 void ShareSheet::askWhereToSave() {
@@ -128,6 +140,8 @@ void ShareSheet::askWhatOpens() {
     GtkWidget* const chooser = gtk_app_chooser_dialog_new_for_content_type(m_window, kFlags, kFileType);
     const auto chosen = +[](GtkDialog* dialog, int response, ShareSheet* sheet) {
         const auto program = GRef<GAppInfo>::adopt(gtk_app_chooser_get_app_info(GTK_APP_CHOOSER(dialog)));
+        // The key that was pressed may keep it longer than the sheet lives.
+        gtk_window_set_transient_for(GTK_WINDOW(dialog), nullptr);
         gtk_window_destroy(GTK_WINDOW(dialog));
         if (response == GTK_RESPONSE_OK && program)
             sheet->openWith(program);
@@ -137,14 +151,30 @@ void ShareSheet::askWhatOpens() {
 }
 
 void ShareSheet::openWith(const GRef<GAppInfo>& program) {
-    m_dispatch.globalAsync([image = m_image, program, reporter = m_reporter, &main = m_dispatch] {
-        main.mainAsync([file = writeTemporaryPicture(image, kFileName), program, reporter] {
-            if (!file)
-                return reporter->report("There is no room for a temporary file.");
-            GList files{file.get(), nullptr, nullptr};
-            GFailure failure;
-            if (!g_app_info_launch(program.get(), &files, nullptr, failure.out()))
-                reporter->report(failure.text());
+    handOver([program, reporter = m_reporter](const GRef<GFile>& picture) {
+        GList files{picture.get(), nullptr, nullptr};
+        GFailure failure;
+        if (!g_app_info_launch(program.get(), &files, nullptr, failure.out()))
+            reporter->report(failure.text());
+    });
+}
+
+void ShareSheet::sendByEmail() {
+    const auto compose = [text = m_text, reporter = m_reporter,
+                          &main = m_dispatch](const GRef<GFile>& picture) {
+        composeEmail({text, picture}, {}, main,
+                     [reporter](const std::string& reason) { reporter->report(reason); });
+    };
+    if (m_image.isValid())
+        return handOver(compose);
+    compose({});
+    close();
+}
+
+void ShareSheet::handOver(const std::function<void(const GRef<GFile>& picture)>& take) {
+    m_dispatch.globalAsync([image = m_image, take, reporter = m_reporter, &main = m_dispatch] {
+        main.mainAsync([file = writeTemporaryPicture(image, kFileName), take, reporter] {
+            file ? take(file) : reporter->report("There is no room for a temporary file.");
         });
     });
     close();

@@ -8,13 +8,14 @@
 
 #include <gtk/gtk.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace kestrin::gtk {
 
-/// A modal window that offers to save, copy or open what is shared: the first picture, and the texts as
+/// A modal window that offers to save, copy, open or send what is shared: the first picture, and the texts as
 /// lines. Thread: main.
 class ShareSheet {
   public:
@@ -31,13 +32,16 @@ class ShareSheet {
     void take(const std::vector<platform::ShareItem>& items);
     void fill();
     void connect(GtkBuilder* builder, const char* button, bool isOffered, void (*clicked)(ShareSheet*));
-    void close() { gtk_window_close(m_window); }
+    void close();
 
     void askWhereToSave();
     void save(const GRef<GFile>& file);
     void copy();
     void askWhatOpens();
     void openWith(const GRef<GAppInfo>& program);
+    void sendByEmail();
+    /// Writes the picture where another program can read it, and closes the sheet.
+    void handOver(const std::function<void(const GRef<GFile>& picture)>& take);
 
     GtkWindow* const m_window; ///< owns this
     platform::Dispatch& m_dispatch;
