@@ -2,6 +2,7 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
@@ -33,15 +34,16 @@ struct Raw {
     char* logLevel = nullptr;
     char* record = nullptr;
     char* speed = nullptr;
+    char* grant = nullptr;
     char* camera = nullptr;
     char* cameraSize = nullptr;
     char** hostMap = nullptr;
-    gboolean version = FALSE, steps = FALSE, loops = FALSE, tolerant = FALSE;
+    gboolean version = FALSE, steps = FALSE, loops = FALSE, tolerant = FALSE, forgets = FALSE;
     gboolean mirrors = FALSE, listsCameras = FALSE;
 
     ~Raw() {
         for (char* text : {page, key, session, size, orientation, mounting, frames, screenshot, logLevel,
-                           record, speed, camera, cameraSize})
+                           record, speed, grant, camera, cameraSize})
             g_free(text);
         g_strfreev(hostMap);
     }
@@ -185,6 +187,17 @@ std::string readLogLevel(std::string_view text, Arguments& arguments) {
     return "";
 }
 
+std::string readGrant(std::string_view text, Arguments& arguments) {
+    while (!text.empty()) {
+        const auto name = text.substr(0, text.find(','));
+        if (name != "camera" && name != "photos")
+            return "--grant: expected camera, photos or camera,photos, not '" + std::string(name) + "'";
+        arguments.granted.emplace(name);
+        text.remove_prefix(std::min(text.size(), name.size() + 1));
+    }
+    return "";
+}
+
 /// What does not go together; nothing when all does.
 std::string contradiction(const Raw& raw, const Arguments& arguments) {
     if (raw.page && raw.key)
@@ -203,7 +216,7 @@ std::string contradiction(const Raw& raw, const Arguments& arguments) {
 }
 
 std::variant<Arguments, Ending> checked(const Raw& raw) {
-    const std::array<std::pair<const char*, Reader>, 13> readers{{{raw.page, readPage},
+    const std::array<std::pair<const char*, Reader>, 14> readers{{{raw.page, readPage},
                                                                   {raw.key, readKey},
                                                                   {raw.session, readSession},
                                                                   {raw.size, readSize},
@@ -214,12 +227,14 @@ std::variant<Arguments, Ending> checked(const Raw& raw) {
                                                                   {raw.logLevel, readLogLevel},
                                                                   {raw.record, readRecord},
                                                                   {raw.speed, readSpeed},
+                                                                  {raw.grant, readGrant},
                                                                   {raw.camera, readCamera},
                                                                   {raw.cameraSize, readCameraSize}}};
     Arguments arguments;
     arguments.steps = raw.steps != FALSE;
     arguments.loops = raw.loops != FALSE;
     arguments.tolerant = raw.tolerant != FALSE;
+    arguments.forgetsPermissions = raw.forgets != FALSE;
     arguments.listsCameras = raw.listsCameras != FALSE;
     if (!raw.camera && (raw.cameraSize || raw.mirrors))
         return failure(std::string(raw.mirrors ? "--mirror" : "--camera-size") + ": goes with --camera");
@@ -236,7 +251,7 @@ std::variant<Arguments, Ending> checked(const Raw& raw) {
         arguments.hostMap.emplace_back(*entry);
     if (arguments.screenshot && !arguments.frames)
         arguments.frames = kFramesBeforeScreenshot;
-    if (!raw.page && !raw.key && !raw.listsCameras)
+    if (!raw.page && !raw.key && !raw.forgets && !raw.listsCameras)
         return failure("which page? Name it with --page FILE|FOLDER or --key TEXT (see --help)");
     return arguments;
 }
@@ -285,6 +300,10 @@ std::variant<Arguments, Ending> parseArguments(int argc, char** argv) {
         {"log-level", 0, 0, G_OPTION_ARG_STRING, &raw.logLevel, "off or info (default: info)", "LEVEL"},
         {"host-map", 0, 0, G_OPTION_ARG_STRING_ARRAY, &raw.hostMap,
          "Reach HOST at another address; may be repeated", "HOST=ADDRESS:PORT"},
+        {"grant", 0, 0, G_OPTION_ARG_STRING, &raw.grant,
+         "Allow camera, photos or both without asking the person", "camera,photos"},
+        {"forget-permissions", 0, 0, G_OPTION_ARG_NONE, &raw.forgets,
+         "Forget what the person has allowed or refused, and end", nullptr},
         {"version", 0, 0, G_OPTION_ARG_NONE, &raw.version, "Print the version", nullptr},
         {}};
     const std::unique_ptr<GOptionContext, decltype(&g_option_context_free)> context(

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -35,6 +36,8 @@ struct Arguments {
     std::optional<std::filesystem::path> screenshot;
     bool logs = true;
     std::vector<std::string> hostMap; ///< HOST=ADDRESS:PORT each
+    std::set<std::string> granted;    ///< "camera", "photos": nobody is asked for them
+    bool forgetsPermissions = false;  ///< instead of showing anything
 };
 
 /// What the program does instead of showing a view: it prints `text` and ends with `status`.

@@ -10,6 +10,7 @@
 #include "core/KestrinView.h"
 #include "linux/LinuxPlatform.h"
 #include "linux/network/HostMap.h"
+#include "linux/permission/PermissionFile.h"
 #include "linux/toolkit/Capture.h"
 #include "linux/toolkit/GRef.h"
 #include "linux/toolkit/Widget.h"
@@ -25,6 +26,7 @@ namespace kestrin::view {
 
 namespace {
 
+constexpr const char* kApplicationId = "org.kestrin.View";
 constexpr double kPollSeconds = 0.05;
 constexpr double kStepSeconds = 0.5; ///< how long a frame may take until the next is asked for
 /// A run that is to end after some frames gives up when no pose reaches the page for so long.
@@ -97,6 +99,7 @@ void Viewer::finishRecording() {
 }
 
 Ending Viewer::run() {
+    g_set_application_name("Kestrin");
     findApplication();
     startRecorder();
     installPlatform();
@@ -131,7 +134,8 @@ void Viewer::startRecorder() {
 
 void Viewer::installPlatform() {
     gtk::Options options;
-    options.applicationId = "org.kestrin.View";
+    options.applicationId = kApplicationId;
+    options.granted = m_arguments.granted;
     options.logLevel = m_arguments.logs ? gtk::LogLevel::info : gtk::LogLevel::off;
     options.orientation = m_arguments.orientation;
     if (m_arguments.camera) {
@@ -274,6 +278,12 @@ Ending run(const Arguments& arguments) {
     } catch (const std::exception& wrong) {
         return {1, std::string("kestrin-view: ") + wrong.what()};
     }
+}
+
+Ending forgetPermissions() {
+    const auto wrong = gtk::PermissionFile::ofApplication(kApplicationId).forget();
+    return wrong ? Ending{1, "kestrin-view: " + *wrong}
+                 : Ending{0, "kestrin-view: the answers are forgotten; it asks again"};
 }
 
 } // namespace kestrin::view

@@ -5,6 +5,16 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace {
+
+kestrin::view::Ending obey(const kestrin::view::Arguments& arguments) {
+    if (arguments.listsCameras)
+        return kestrin::view::listCameras();
+    return arguments.forgetsPermissions ? kestrin::view::forgetPermissions() : kestrin::view::run(arguments);
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
     using namespace kestrin::view;
     ::setenv("LIBCAMERA_LOG_LEVELS", "*:ERROR", 0); // else it tells the terminal about itself
@@ -13,8 +23,7 @@ int main(int argc, char** argv) {
         std::fprintf(ending->status == 0 ? stdout : stderr, "%s\n", ending->text.c_str());
         return ending->status;
     }
-    const auto& arguments = std::get<Arguments>(parsed);
-    const Ending ending = arguments.listsCameras ? listCameras() : run(arguments);
+    const Ending ending = obey(std::get<Arguments>(parsed));
     if (!ending.text.empty())
         std::fprintf(ending.status == 0 ? stdout : stderr, "%s\n", ending.text.c_str());
     return ending.status;
