@@ -24,20 +24,9 @@ struct KestrinImageTest : test::PlatformTest {
         runMain();
     }
     void click(const char* button) {
-        const auto part = shown.part<Button>(button);
-        static_cast<test::FakeButtonPeer&>(part->peer()).click();
+        static_cast<test::FakeButtonPeer&>(shown().part<Button>(button)->peer()).click();
     }
-    /// Presents the newest preview as the system does.
-    void appear() {
-        const auto preview = system->app.presented.at(0);
-        // The fake keeps them in the order of their names.
-        const auto& views = preview->view()->subviews();
-        for (std::size_t i = 0;
-             const auto* name : {"cancelButton", "imageHolder", "imageView", "safeView", "shareButton"})
-            shown.parts[name] = views.at(i++);
-        preview->viewDidAppear();
-    }
-    Interface shown;
+    const Interface& shown() { return system->viewToolkit.loaded["ImagePreview"]; }
 };
 
 } // namespace
@@ -92,10 +81,10 @@ TEST_F(KestrinImageTest, ThePreviewSharesThePictureAlone) {
     const json::object event{{"data", {{"share", {{"title", "T"}, {"text", "x"}}}, {"text", "direct"}}}};
     const auto image = picture(4, 3, 1);
     image->share(event);
-    appear();
-    EXPECT_EQ(shown.part<ImageView>("imageView")->image().size(), (Size{4, 3}));
-    EXPECT_EQ(shown.part<View>("shareButton")->border().cornerRadius, 6.0);
-    EXPECT_EQ(shown.part<View>("safeView")->border().cornerRadius, 10.0);
+    system->app.presented.at(0)->viewDidAppear();
+    EXPECT_EQ(shown().part<ImageView>("imageView")->image().size(), (Size{4, 3}));
+    EXPECT_EQ(shown().part<View>("shareButton")->border().cornerRadius, 6.0);
+    EXPECT_EQ(shown().part<View>("safeView")->border().cornerRadius, 10.0);
     click("shareButton");
     EXPECT_THAT(takeLog(), ElementsAre("KestrinImage -> Performing Share Functionality",
                                        "ImagePreviewController - Loaded", "ImagePreviewController - Appear",
@@ -106,7 +95,7 @@ TEST_F(KestrinImageTest, ThePreviewSharesThePictureAlone) {
     EXPECT_EQ(system->app.shareSheets[0].size(), 1U);
 
     image->share(event);
-    appear();
+    system->app.presented.at(0)->viewDidAppear();
     click("cancelButton");
     EXPECT_TRUE(system->app.presented.empty());
     system->viewToolkit.interfaces.erase("ImagePreview");

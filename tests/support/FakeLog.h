@@ -18,10 +18,6 @@ class FakeLog : public platform::LogSink {
         const std::lock_guard lock(m_mutex);
         m_lines.emplace_back(line);
     }
-    std::vector<std::string> lines() const {
-        const std::lock_guard lock(m_mutex);
-        return m_lines;
-    }
     /// The lines so far; forgets them.
     std::vector<std::string> take() {
         const std::lock_guard lock(m_mutex);

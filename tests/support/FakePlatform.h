@@ -67,6 +67,7 @@ class PlatformTest : public ::testing::Test {
     ~PlatformTest() override {
         system->queues.drop();
         system->app.presented.clear();
+        system->viewToolkit.loaded.clear();
         resetSingletons();
         platform::installPlatform(nullptr);
     }

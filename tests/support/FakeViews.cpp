@@ -45,17 +45,14 @@ std::unique_ptr<platform::ViewPeer> FakeViewToolkit::makePeer(View&) {
 }
 
 platform::Interface FakeViewToolkit::loadInterface(const std::string& name) {
-    platform::Interface loaded;
-    const auto found = interfaces.find(name);
-    if (found == interfaces.end())
-        return loaded;
-    for (const auto& [partName, kind] : found->second)
-        loaded.parts[partName] = makePart(kind);
-    loaded.root = loaded.parts.at("mainView");
-    for (const auto& [partName, part] : loaded.parts)
-        if (part != loaded.root)
-            loaded.root->addSubview(part);
-    return loaded;
+    platform::Interface content;
+    for (const auto& [partName, kind] : interfaces[name])
+        content.parts[partName] = makePart(kind);
+    content.root = content.parts["mainView"];
+    for (const auto& [partName, part] : content.parts)
+        if (part != content.root)
+            content.root->addSubview(part);
+    return loaded[name] = content;
 }
 
 } // namespace kestrin::test

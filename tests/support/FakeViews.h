@@ -43,6 +43,8 @@ class FakeViewToolkit : public platform::ViewToolkit {
 
     /// Resource name to part names and kinds.
     std::map<std::string, std::map<std::string, Part>> interfaces;
+    /// What was loaded last of each.
+    std::map<std::string, platform::Interface> loaded;
 };
 
 } // namespace kestrin::test

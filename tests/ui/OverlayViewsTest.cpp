@@ -17,15 +17,6 @@ namespace {
 struct OverlayViewsTest : test::PlatformTest {
     std::shared_ptr<KestrinCustomView> view = makeView<KestrinCustomView>();
     std::shared_ptr<View> parent = makeView<View>();
-
-    /// A part of a loaded overlay: its place is that in the alphabet of the resource's part names.
-    template <class Part>
-    static std::shared_ptr<Part> part(const View& overlay) {
-        for (const auto& each : overlay.subviews().at(0)->subviews())
-            if (const auto found = std::dynamic_pointer_cast<Part>(each))
-                return found;
-        return nullptr;
-    }
 };
 
 } // namespace
@@ -78,8 +69,9 @@ TEST_F(OverlayViewsTest, FillsItsParentAlsoLater) {
 
 TEST_F(OverlayViewsTest, APictureShowsTheBackgroundAndWhitensTheSpinner) {
     const auto loading = SdkLoadingView::initWithFrame({});
-    const auto picture = part<platform::ImageView>(*loading);
-    const auto spinner = part<platform::Spinner>(*loading);
+    const auto& content = system->viewToolkit.loaded["SdkLoading"];
+    const auto picture = content.part<platform::ImageView>("backgroundImage");
+    const auto spinner = content.part<platform::Spinner>("loadingSpinner");
     for (const bool isThere : {false, true}) {
         loading->setBGImage(isThere ? test::makeImage(2, 3) : platform::Image());
         EXPECT_EQ(picture->isHidden(), !isThere);
