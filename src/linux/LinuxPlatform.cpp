@@ -47,8 +47,7 @@ struct LinuxPlatform::Parts {
           views(*log, [this](GtkWidget* root,
                              const platform::Size& size) { application.rootAllocated(root, size); }),
           capture({options.camera, options.mirrorsCamera}, dispatch, log), gpu(log),
-          http(dispatch, {.hostMap = options.hostMap}),
-          storage(options.bundle, options.applicationId, *log),
+          http(dispatch, {.hostMap = options.hostMap}), storage(options.bundle, options.applicationId, *log),
           permissions(DesktopPermissions::make(
               permissionOptions(options), PermissionFile::ofApplication(options.applicationId),
               [this](const Question& question, auto answer) { application.ask(question, std::move(answer)); },
