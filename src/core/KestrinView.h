@@ -2,6 +2,7 @@
 
 #include "core/config/KestrinSettings.h"
 #include "platform/Dispatch.h"
+#include "platform/NotificationCenter.h"
 #include "platform/View.h"
 #include "tracking/CVManagerDelegate.h"
 
@@ -104,10 +105,10 @@ class KestrinView : public platform::View, public CVManagerDelegate {
     void removeFromParentView();
     void clipToParent();
 
-    void appWillResignActive(const std::string& notification);
-    void appActivated(const std::string& notification);
-    void appDeactivated(const std::string& notification);
-    void appWillTerminate(const std::string& notification);
+    void appWillResignActive(const platform::Notification& notification);
+    void appActivated(const platform::Notification& notification);
+    void appDeactivated(const platform::Notification& notification);
+    void appWillTerminate(const platform::Notification& notification);
 
     /// True while a prompt for the photo library stands in front of the application: the page is then not
     /// told that the application resigned or became active.

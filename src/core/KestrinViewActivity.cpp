@@ -26,8 +26,8 @@ void KestrinView::resume() {
 
 void KestrinView::observeApplication() {
     NotificationCenter& center = platform::platform().application().notifications();
-    const auto observe = [&](const char* name, void (KestrinView::*handler)(const std::string&)) {
-        center.addObserver(this, name, [weakly = weak(), handler](const std::string& notification) {
+    const auto observe = [&](const char* name, void (KestrinView::*handler)(const Notification&)) {
+        center.addObserver(this, name, [weakly = weak(), handler](const Notification& notification) {
             if (const auto self = weakly.lock())
                 (self.get()->*handler)(notification);
         });
@@ -44,7 +44,7 @@ void KestrinView::ignoreApplication() {
         center.removeObserver(this, name);
 }
 
-void KestrinView::appWillResignActive(const std::string&) {
+void KestrinView::appWillResignActive(const Notification&) {
     log("KestrinView - appWillResignActive");
     if (isPhotoAccessMinimize) {
         log("KestrinView - appWillResignActive - Blocked event due to camera access");
@@ -53,7 +53,7 @@ void KestrinView::appWillResignActive(const std::string&) {
     evaluate("window.__KRJ_Native_IN.onNativeResign();");
 }
 
-void KestrinView::appActivated(const std::string&) {
+void KestrinView::appActivated(const Notification&) {
     log("KestrinView - appActivated");
     if (isPhotoAccessMinimize) {
         log("KestrinView - appActivated - Blocked event due to camera access");
@@ -63,12 +63,12 @@ void KestrinView::appActivated(const std::string&) {
         evaluate("window.__KRJ_Native_IN.onNativeActivate();");
 }
 
-void KestrinView::appDeactivated(const std::string&) {
+void KestrinView::appDeactivated(const Notification&) {
     log("KestrinView - appDeactivated");
     evaluate("window.__KRJ_Native_IN.onNativeEnterBackground();");
 }
 
-void KestrinView::appWillTerminate(const std::string&) {
+void KestrinView::appWillTerminate(const Notification&) {
     if (m_isEventRegistered)
         ignoreApplication();
 }

@@ -5,6 +5,7 @@
 #include "linux/drawing/GlGpu.h"
 #include "linux/network/SoupHttpClient.h"
 #include "linux/permission/DesktopPermissions.h"
+#include "linux/reachability/NetlinkReachability.h"
 #include "linux/storage/BundleStorage.h"
 #include "linux/storage/DeviceInfo.h"
 #include "linux/storage/PixbufCodec.h"
@@ -47,7 +48,8 @@ struct LinuxPlatform::Parts {
           views(*log, [this](GtkWidget* root,
                              const platform::Size& size) { application.rootAllocated(root, size); }),
           capture({options.camera, options.mirrorsCamera}, dispatch, log), gpu(log),
-          http(dispatch, {.hostMap = options.hostMap}), storage(options.bundle, options.applicationId, *log),
+          http(dispatch, {.hostMap = options.hostMap}), reachability({.hostMap = options.hostMap}),
+          storage(options.bundle, options.applicationId, *log),
           permissions(DesktopPermissions::make(
               permissionOptions(options), PermissionFile::ofApplication(options.applicationId),
               [this](const Question& question, auto answer) { application.ask(question, std::move(answer)); },
@@ -64,6 +66,7 @@ struct LinuxPlatform::Parts {
     GlGpu gpu;
     ZxingVision vision;
     SoupHttpClient http;
+    NetlinkReachability reachability;
     BundleStorage storage;
     const std::shared_ptr<DesktopPermissions> permissions;
     const platform::Device device;
@@ -98,6 +101,7 @@ platform::CaptureSystem& LinuxPlatform::capture() { return m_parts->capture; }
 platform::Gpu& LinuxPlatform::gpu() { return m_parts->gpu; }
 platform::Vision& LinuxPlatform::vision() { return m_parts->vision; }
 platform::HttpClient& LinuxPlatform::http() { return m_parts->http; }
+platform::ReachabilityTargets& LinuxPlatform::reachability() { return m_parts->reachability; }
 platform::Storage& LinuxPlatform::storage() { return m_parts->storage; }
 platform::Permissions& LinuxPlatform::permissions() { return *m_parts->permissions; }
 platform::Device LinuxPlatform::device() const { return m_parts->device; }

@@ -27,6 +27,7 @@ class LinuxPlatform final : public platform::Platform {
     platform::Gpu& gpu() override;
     platform::Vision& vision() override;
     platform::HttpClient& http() override;
+    platform::ReachabilityTargets& reachability() override;
     platform::Storage& storage() override;
     platform::Permissions& permissions() override;
     platform::Device device() const override;

@@ -1,9 +1,15 @@
 #pragma once
 
+#include "platform/Dispatch.h"
+
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 
 namespace kestrin::platform {
 
@@ -41,6 +47,53 @@ class HttpClient {
     /// Blocks. Thread: worker; any for a `data:` address, which holds its own answer.
     virtual std::optional<HttpResponse> fetch(const HttpRequest& request,
                                               AuthenticationDelegate* delegate) = 0;
+};
+
+/// How the way to a target is, in bits; 0 when there is no way.
+using ReachabilityFlags = std::uint32_t;
+inline constexpr ReachabilityFlags kTransientConnection = 0x1;
+inline constexpr ReachabilityFlags kReachable = 0x2;
+inline constexpr ReachabilityFlags kConnectionRequired = 0x4;
+inline constexpr ReachabilityFlags kConnectionOnTraffic = 0x8;
+inline constexpr ReachabilityFlags kInterventionRequired = 0x10;
+inline constexpr ReachabilityFlags kConnectionOnDemand = 0x20;
+inline constexpr ReachabilityFlags kIsLocalAddress = 0x10000;
+inline constexpr ReachabilityFlags kIsDirect = 0x20000; ///< no gateway on the way
+inline constexpr ReachabilityFlags kIsCellular = 0x40000;
+
+using Ipv4Address = std::array<std::uint8_t, 4>; ///< as written: 127.0.0.1 begins with 127
+using Ipv6Address = std::array<std::uint8_t, 16>;
+using IpAddress = std::variant<Ipv4Address, Ipv6Address>;
+
+/// 0.0.0.0, which stands for the internet in general, by either protocol.
+inline constexpr Ipv4Address kInternet{0, 0, 0, 0};
+/// 169.254.0.0, which stands for a wireless network that the device itself has joined.
+inline constexpr Ipv4Address kLocalWiFi{169, 254, 0, 0};
+
+/// Something on the network that can be reached or not, as far as the device knows its own links and routes:
+/// nothing is sent to it. Thread: any.
+class ReachabilityTarget {
+  public:
+    using Changed = std::function<void(ReachabilityFlags flags)>;
+
+    /// Stops.
+    virtual ~ReachabilityTarget() = default;
+    /// None when they cannot be read. Never waits: a name that is not resolved yet counts as the internet in
+    /// general, and one that could not be resolved as unreachable.
+    virtual std::optional<ReachabilityFlags> flags() = 0;
+    /// Calls `changed` on the queue, which lives until `stop`, once with the present flags as soon as they
+    /// are known, and then whenever they are others. False when that cannot be had.
+    virtual bool start(SerialQueue& queue, Changed changed) = 0;
+    /// Nothing is posted afterwards; what was posted before may still run.
+    virtual void stop() = 0;
+};
+
+/// Makes targets, which may outlive it. Null when it refuses. Thread: any.
+class ReachabilityTargets {
+  public:
+    virtual ~ReachabilityTargets() = default;
+    virtual std::unique_ptr<ReachabilityTarget> makeForHost(const std::string& host) = 0;
+    virtual std::unique_ptr<ReachabilityTarget> makeForAddress(const IpAddress& address) = 0;
 };
 
 } // namespace kestrin::platform

@@ -14,14 +14,15 @@ void NotificationCenter::removeObserver(const void* observer, const std::string&
                   [&](const Entry& entry) { return entry.observer == observer && entry.name == name; });
 }
 
-void NotificationCenter::post(const std::string& name) {
+void NotificationCenter::post(const std::string& name, std::shared_ptr<void> sender) {
+    const Notification notification{name, std::move(sender)};
     const std::vector<Entry> told = m_entries;
     for (const Entry& entry : told) {
         const bool stillThere = std::ranges::any_of(m_entries, [&](const Entry& present) {
             return present.observer == entry.observer && present.name == entry.name;
         });
         if (entry.name == name && stillThere)
-            entry.callback(name);
+            entry.callback(notification);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,16 +12,21 @@ inline constexpr const char* kDidBecomeActive = "UIApplicationDidBecomeActiveNot
 inline constexpr const char* kDidEnterBackground = "UIApplicationDidEnterBackgroundNotification";
 inline constexpr const char* kWillTerminate = "UIApplicationWillTerminateNotification";
 
+struct Notification {
+    std::string name;
+    std::shared_ptr<void> sender; ///< null for the application's own
+};
+
 /// Tells observers of named notifications. Thread: main.
 class NotificationCenter {
   public:
-    using Callback = std::function<void(const std::string& name)>;
+    using Callback = std::function<void(const Notification& notification)>;
 
     /// `observer` is an identity for removal; it is never looked into. Observers are told in the order added.
     void addObserver(const void* observer, const std::string& name, Callback callback);
     void removeObserver(const void* observer, const std::string& name);
     /// Observers may add and remove observers meanwhile; those added are not told, those removed neither.
-    void post(const std::string& name);
+    void post(const std::string& name, std::shared_ptr<void> sender = nullptr);
 
   private:
     struct Entry {

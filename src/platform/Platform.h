@@ -33,6 +33,7 @@ class Platform {
     virtual Gpu& gpu() = 0;
     virtual Vision& vision() = 0;
     virtual HttpClient& http() = 0;
+    virtual ReachabilityTargets& reachability() = 0;
     virtual Storage& storage() = 0;
     virtual Permissions& permissions() = 0;
     virtual Device device() const = 0;

@@ -17,6 +17,8 @@ class Storage {
                                                       const std::string& type) const = 0;
     /// A text of the main bundle's information dictionary.
     virtual std::optional<std::string> information(const std::string& key) const = 0;
+    /// The text in the person's language, as the application translates it; the text itself when it does not.
+    virtual std::string localizedText(const std::string& text) const = 0;
     /// The bytes of a file in the application's documents folder, which is the person's own; none when it is
     /// not there or `name` leads elsewhere.
     virtual std::optional<std::string> readDocument(const std::string& name) const = 0;

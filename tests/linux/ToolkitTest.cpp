@@ -41,6 +41,9 @@ platform::WorldTracking& ToolkitPlatform::tracking() { return absent<platform::W
 platform::CaptureSystem& ToolkitPlatform::capture() { return absent<platform::CaptureSystem>("capture"); }
 platform::Vision& ToolkitPlatform::vision() { return absent<platform::Vision>("vision"); }
 platform::HttpClient& ToolkitPlatform::http() { return absent<platform::HttpClient>("http"); }
+platform::ReachabilityTargets& ToolkitPlatform::reachability() {
+    return absent<platform::ReachabilityTargets>("reachability");
+}
 platform::Storage& ToolkitPlatform::storage() { return absent<platform::Storage>("storage"); }
 platform::Permissions& ToolkitPlatform::permissions() { return absent<platform::Permissions>("permissions"); }
 

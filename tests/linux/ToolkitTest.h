@@ -29,6 +29,7 @@ class ToolkitPlatform final : public platform::Platform {
     platform::CaptureSystem& capture() override;
     platform::Vision& vision() override;
     platform::HttpClient& http() override;
+    platform::ReachabilityTargets& reachability() override;
     platform::Storage& storage() override;
     platform::Permissions& permissions() override;
     platform::Device device() const override { return {}; }

@@ -11,7 +11,7 @@ struct NotificationCenterTest : testing::Test {
     NotificationCenter center;
     std::vector<std::string> told;
     NotificationCenter::Callback tell(const std::string& who) {
-        return [this, who](const std::string&) { told.push_back(who); };
+        return [this, who](const auto&) { told.push_back(who); };
     }
     int one = 0, two = 0, three = 0;
 };
@@ -19,7 +19,7 @@ struct NotificationCenterTest : testing::Test {
 } // namespace
 
 TEST_F(NotificationCenterTest, ObserversOfTheNameAreToldInOrderAndMayComeAndGoMeanwhile) {
-    center.addObserver(&one, "a", [this](const std::string&) {
+    center.addObserver(&one, "a", [this](const auto&) {
         told.push_back("one");
         center.removeObserver(&two, "a");
         center.addObserver(this, "a", tell("newcomer"));

@@ -28,6 +28,7 @@ TEST(Format, PrintsNumbersTheSameInEveryLocale) {
     EXPECT_EQ(format("%f", -std::numeric_limits<double>::max()).size(), 1U + 309 + 7);
     EXPECT_EQ(format("%f", std::nan("")), "nan");
     EXPECT_EQ(format("%i %d %i %c%c", -7, true, std::int64_t(1) << 40, 'x', 121), "-7 1 1099511627776 xy");
+    EXPECT_EQ(format("%#x %#x", 255, std::uintptr_t(-1)), "0xff 0xffffffffffffffff");
     EXPECT_EQ(format("100%% of %i", 1e300), "100% of 9223372036854775807");
     std::locale::global(before);
     EXPECT_EQ(saturatingCast<std::int32_t>(2147483648.0), 2147483647);

@@ -10,6 +10,7 @@
 #include "support/FakeImages.h"
 #include "support/FakeLog.h"
 #include "support/FakePermissions.h"
+#include "support/FakeReachability.h"
 #include "support/FakeStorage.h"
 #include "support/FakeTracking.h"
 #include "support/FakeViews.h"
@@ -36,6 +37,7 @@ class FakePlatform : public platform::Platform {
     FakeGpu graphics;
     FakeVision eyes;
     FakeHttp server{queues};
+    FakeReachability network;
     FakeStorage files;
     FakePermissions person;
     platform::Device hardware{"testhost", "Linux",   "1.0",
@@ -53,6 +55,7 @@ class FakePlatform : public platform::Platform {
     platform::Gpu& gpu() override { return graphics; }
     platform::Vision& vision() override { return eyes; }
     platform::HttpClient& http() override { return server; }
+    platform::ReachabilityTargets& reachability() override { return network; }
     platform::Storage& storage() override { return files; }
     platform::Permissions& permissions() override { return person; }
     platform::Device device() const override { return hardware; }

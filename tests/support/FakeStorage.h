@@ -16,6 +16,10 @@ class FakeStorage : public platform::Storage {
     std::optional<std::string> bundleResource(const std::string& name,
                                               const std::string& type) const override;
     std::optional<std::string> information(const std::string& key) const override;
+    std::string localizedText(const std::string& text) const override {
+        const auto found = translations.find(text);
+        return found == translations.end() ? text : found->second;
+    }
     std::optional<std::string> readDocument(const std::string& name) const override;
     bool writeDocument(const std::string& name, std::span<const std::uint8_t> bytes) override;
     /// Fails with `photoFailure` when the test sets one.
@@ -34,7 +38,7 @@ class FakeStorage : public platform::Storage {
     std::vector<std::string> documentNames() const;
 
     std::map<std::string, std::string> resources; ///< "name.type" to bytes
-    std::map<std::string, std::string> info;
+    std::map<std::string, std::string> info, translations;
     std::optional<std::string> photoFailure;
 
   private:

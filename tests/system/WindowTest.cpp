@@ -137,7 +137,7 @@ TEST(Activity, IsToldToThePageAndNotByTheApplicationsOwnDialogs) {
         Stage& stage = hosted.stage;
         platform::Application& desktop = platform::platform().application();
         desktop.notifications().addObserver(terminations, platform::kWillTerminate,
-                                            [=](const std::string&) { ++*terminations; });
+                                            [=](const auto&) { ++*terminations; });
         using Counts = std::array<std::size_t, 3>;
         const auto counts = [&] {
             return Counts{hosted.count("resign"), hosted.count("background"), hosted.count("activate")};

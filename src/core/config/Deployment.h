@@ -11,6 +11,8 @@ struct Deployment {
     static constexpr const char* kWebDomain = "kestrin.example";
     /// The default server.
     static constexpr const char* kApplicationHost = "apps.kestrin.example";
+    /// A host that is always there: what can be reached from it is the internet.
+    static constexpr const char* kPublicHost = "example.com";
     /// Named to the person who meets a broken build.
     static constexpr const char* kSupportContact = "support@kestrin.example";
     /// The application that the built-in local key string opens.

@@ -14,7 +14,7 @@ namespace kestrin::gtk {
 /// of the thread, so that asynchronous operations begun there also end there.
 class IoThread {
   public:
-    IoThread();
+    explicit IoThread(const char* name = "kestrin network");
     /// Runs what is posted until `quit` was called; joins.
     ~IoThread();
     IoThread(const IoThread&) = delete;
@@ -22,11 +22,14 @@ class IoThread {
 
     /// Runs on the I/O thread, in order. Thread: any.
     void post(platform::Task task);
+    /// The same once, after that time. Thread: the I/O thread.
+    void postAfter(unsigned milliseconds, platform::Task task);
     /// Ends the loop after the present task. Thread: the I/O thread.
     void quit() { g_main_loop_quit(m_loop); }
 
   private:
-    void run();
+    void run(const char* name);
+    void attach(GSource* source, GSourceFunc fire, gpointer data, GDestroyNotify done);
     void runOne();
 
     GMainContext* m_context;

@@ -4,6 +4,7 @@
 #include "linux/toolkit/GRef.h"
 
 #include <boost/json.hpp>
+#include <libintl.h>
 
 #include <algorithm>
 #include <utility>
@@ -73,6 +74,11 @@ void BundleStorage::readInformation(platform::LogSink& log) {
 std::optional<std::string> BundleStorage::information(const std::string& key) const {
     const auto found = m_information.find(key);
     return found == m_information.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string BundleStorage::localizedText(const std::string& text) const {
+    // The empty text's translation is a catalogue's description of itself.
+    return text.empty() ? text : gettext(text.c_str());
 }
 
 } // namespace kestrin::gtk

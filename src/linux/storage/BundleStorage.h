@@ -19,6 +19,8 @@ class BundleStorage final : public platform::Storage {
     std::optional<std::string> bundleResource(const std::string& name,
                                               const std::string& type) const override;
     std::optional<std::string> information(const std::string& key) const override;
+    /// By the text domain that the application chose.
+    std::string localizedText(const std::string& text) const override;
     std::optional<std::string> readDocument(const std::string& name) const override {
         return m_documents.read(name);
     }

@@ -21,12 +21,18 @@ void appendDecimal(std::string& out, double value, int decimals) {
     out.append(digits.data(), end);
 }
 
-void appendWhole(std::string& out, std::int64_t value) {
+template <class Whole>
+void appendWhole(std::string& out, Whole value, int base = 10) {
     std::array<char, 24> digits;
-    out.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
+    out.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value, base).ptr);
 }
 
-/// One conversion of a pattern: "@", "f", ".1f", …
+void appendHexadecimal(std::string& out, std::uint64_t value) {
+    out += "0x";
+    appendWhole(out, value, 16);
+}
+
+/// One conversion of a pattern: "@", "f", ".1f", "#x", …
 struct Conversion {
     char kind;
     int decimals = kDecimals;
@@ -37,6 +43,8 @@ Conversion readConversion(std::string_view text) {
     const bool hasDecimals = text.size() >= 3 && text[0] == '.' && text[1] >= '0' && text[1] <= '9';
     if (hasDecimals)
         return {text[2], text[1] - '0', 3};
+    if (text.starts_with("#x"))
+        return {'x', kDecimals, 2};
     return {text.empty() ? '%' : text[0], kDecimals, text.empty() ? 0U : 1U};
 }
 
@@ -52,6 +60,8 @@ struct Append {
             appendDecimal(out, double(number), conversion.decimals);
         else if (conversion.kind == 'c')
             out += char(number);
+        else if (conversion.kind == 'x')
+            appendHexadecimal(out, std::uint64_t(number));
         else
             appendWhole(out, number);
     }

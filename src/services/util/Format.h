@@ -75,8 +75,8 @@ std::string formatArguments(std::string_view pattern, std::span<const Argument> 
 void logLine(std::string_view line);
 
 /// Fills the values into the pattern: "%@" text ("(null)" when absent), "%f" a number with six decimals, or
-/// as many as in "%.1f", "%i" and "%d" a whole number (a fraction is cut off), "%c" a character, "%%" a
-/// percent sign. Whatever the locale, the decimal sign is a point. Thread: any.
+/// as many as in "%.1f", "%i" and "%d" a whole number (a fraction is cut off), "%c" a character, "%#x" a
+/// hexadecimal number, "%%" a percent sign. Whatever the locale, the decimal sign is a point. Thread: any.
 template <class... Values>
 std::string format(Pattern<std::type_identity_t<Values>...> pattern, const Values&... values) {
     const std::array<Argument, sizeof...(Values)> arguments{Argument(values)...};
