@@ -29,7 +29,6 @@ TEST(Json, NestsToItsBoundAndNotBeyond) {
     const std::string deepest = std::string(kMaxJsonDepth, '[') + std::string(kMaxJsonDepth, ']');
     EXPECT_EQ(serializeJson(parseJson(deepest).value()), deepest);
     EXPECT_FALSE(parseJson("[" + deepest + "]"));
-    EXPECT_FALSE(parseJson(std::string(5'000'000, '[')));
 }
 
 TEST(Json, TellsMembersPresenceTruthAndNumbers) {
