@@ -23,8 +23,6 @@ class ServerTest : public testing::Test {
         folder.write("site/index.html", kPage);
         folder.write("secret.txt", "the secret");
         application.id = kId;
-        application.title = "Gr\u00fc\u00dfe \"quoted\"";
-        application.featureFlags = {"photoshare", "snap", "photoshare"};
         application.page = folder.path() / "site";
         application.theme = "card3/www";
     }

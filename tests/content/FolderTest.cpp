@@ -14,7 +14,7 @@ namespace json = boost::json;
 /// The description that the cases start from.
 json::object description() {
     return json::parse(R"({
-        "id": "0f8fad5b-d9cb-469f-a165-70867728950e", "title": "Gallery", "featureFlags": ["nativetriggers", "snap"],
+        "id": "0f8fad5b-d9cb-469f-a165-70867728950e", "title": "Grüße \"quoted\"", "featureFlags": ["nativetriggers", "snap", "snap"],
         "scenes": [{"id": "s1", "title": "Boat & sea+sky"}, {"id": "s2", "title": "Hall"}, {"id": "s3", "title": "Hall"}],
         "pages": [{"id": "p1", "title": "Hall"}],
         "triggers": [{"id": "boat", "scene": "s1", "picture": "pictures/a boat.jpg", "width": 210, "height": 297.5},
@@ -60,7 +60,9 @@ class FolderTest : public ServerTest {
 TEST_F(FolderTest, ServesWhatItDescribes) {
     ASSERT_EQ(server->start(), std::nullopt);
     EXPECT_EQ(get("/template/").body, kPage);
-    EXPECT_EQ(data("").at("attributes").at("feature_flags"), R"(["nativetriggers","snap"])");
+    EXPECT_EQ(data("?prune[relationships]=file,scene,page,collection"), json::parse(R"({
+        "id": "0f8fad5b-d9cb-469f-a165-70867728950e", "type": "application", "attributes":
+            {"title": "Grüße \"quoted\"", "feature_flags": "[\"nativetriggers\",\"snap\",\"snap\"]"}})"));
 
     const json::value bundle = json::parse(get("/api/v2/application/" + std::string(kId) +
                                                "/triggerbundleios?include=file&fields[file]=effective_uri")
@@ -155,7 +157,7 @@ TEST_F(FolderTest, FollowsItsAuthorAndKeepsTheLastGoodState) {
     ASSERT_EQ(server->start(), std::nullopt);
     describe("{\"title\": \"half");
     EXPECT_TRUE(isLogged("application.json: line 1: is not JSON (what was there before is still served)\n"));
-    EXPECT_EQ(data("").at("attributes").at("title"), "Gallery");
+    EXPECT_EQ(data("").at("attributes").at("title"), "Grüße \"quoted\"");
 
     json::object changed = description();
     changed["title"] = "New";

@@ -1,10 +1,6 @@
 #include "Fixture.h"
 #include "RawConnection.h"
 
-#include <atomic>
-#include <thread>
-#include <vector>
-
 namespace kestrin::content {
 namespace {
 
@@ -71,24 +67,6 @@ TEST_F(LifecycleTest, SaysWhatStandsInTheWay) {
         spoil(spoilt);
         EXPECT_NE(errorOf(spoilt).find(part), std::string::npos) << errorOf(spoilt);
     }
-}
-
-TEST_F(LifecycleTest, AnswersManyAtOnce) {
-    folder.write("site/picture.png", std::string(300000, 'p'));
-    start();
-    std::atomic<int> right = 0;
-    {
-        std::vector<std::jthread> threads;
-        for (int thread = 0; thread < 8; ++thread)
-            threads.emplace_back([&] {
-                Client own;
-                for (int i = 0; i < 10; ++i) {
-                    right += own.get(server->templateUrl(Form::Direct)).status == 200;
-                    right += own.get(urlOf(server->port(), "/template/picture.png")).body.size() == 300000;
-                }
-            });
-    }
-    EXPECT_EQ(right, 8 * 10 * 2);
 }
 
 TEST_F(LifecycleTest, CertificateAnswersForItsNames) {

@@ -126,15 +126,11 @@ TEST_F(LookupTest, SaysWhatItCannotFind) {
         {bodyOf(jpegOf(cv::Mat(1, 1, CV_8UC1, cv::Scalar(90)))), 404, "shows no trigger"},
         {bodyOf(jpegOf(cv::Mat(1, 1, CV_8UC1, cv::Scalar(90)))), 404, "shows no text", "triggertext"},
         {bodyOf(jpegOf(seen(sign("Keep off the grass"), kFilling))), 404, "shows no text", "triggertext"},
-        {bodyOf(picture.substr(0, 300)), 400, "not a JPEG", "triggertext"},
         {bodyOf(picture, "00000000-0000-4000-8000-000000000000"), 404, "no such application"},
         {bodyOf(picture.substr(0, 300)), 400, "not a JPEG"},
-        {bodyOf("GIF89a"), 400, "not a JPEG"},
         {bodyOf(jpegOf(cv::Mat(6000, 6000, CV_8UC1, cv::Scalar(0)), 5)), 400, "not a JPEG"},
         {"{\"file\": 7}", 400, "no picture"},
-        {"{\"file\": \"\"}", 400, "no picture"},
         {"[]", 400, "not a JSON object"},
-        {"\xff{", 400, "not a JSON object"},
         {"", 400, "not a JSON object"},
     };
     for (const auto& [body, status, part, address] : cases) {

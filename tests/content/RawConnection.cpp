@@ -75,10 +75,4 @@ GTlsCertificate* RawConnection::certificate() const {
     return g_tls_connection_get_peer_certificate(G_TLS_CONNECTION(m_stream.get()));
 }
 
-std::string exchange(std::uint16_t port, const std::string& request) {
-    RawConnection connection(port);
-    connection.send(request);
-    return connection.receiveAll();
-}
-
 } // namespace kestrin::content

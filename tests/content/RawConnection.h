@@ -35,7 +35,4 @@ class RawConnection {
     GPointer<GIOStream> m_stream;
 };
 
-/// What the server answers to one request, sent as it stands, on a connection of its own.
-std::string exchange(std::uint16_t port, const std::string& request);
-
 } // namespace kestrin::content

@@ -16,17 +16,6 @@ std::string decoded(const std::string& base64) {
     return {reinterpret_cast<const char*>(bytes.get()), size};
 }
 
-TEST_F(ServerTest, ApplicationRecordHoldsItsFlagsAsText) {
-    start();
-    const Answer answer = get(kRecord + "?prune[relationships]=file,scene,page,collection");
-    ASSERT_EQ(answer.status, 200u);
-    EXPECT_EQ(answer.headers.at("Content-Type"), "application/json");
-    const json::object attributes{{"title", application.title},
-                                  {"feature_flags", R"(["photoshare","snap","photoshare"])"}};
-    EXPECT_EQ(json::parse(answer.body).at("data"),
-              (json::object{{"id", kId}, {"type", "application"}, {"attributes", attributes}}));
-}
-
 TEST_F(ServerTest, KeyStringOpensTheTemplateInBothForms) {
     start();
     const std::string endpoint = "127.0.0.1:" + std::to_string(server->port());

@@ -10,8 +10,9 @@ class TraversalTest : public ServerTest {
   protected:
     /// The path goes out as it stands; no client tidies it up.
     std::string get(const std::string& path) const {
-        return exchange(server->port(),
-                        "GET " + path + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+        RawConnection connection(server->port());
+        connection.send("GET " + path + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+        return connection.receiveAll();
     }
 
     void expectRefused(const std::string& path) const {
