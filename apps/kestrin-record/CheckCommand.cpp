@@ -17,8 +17,6 @@ void run(int argc, char** argv) {
         {"RECORDING.krs", "Reads all of a recording, every picture too. Ends with 1 at the first damage.",
          "A recording that was interrupted is whole up to there.", entries},
         argc, argv);
-    if (rest.size() != 1)
-        throw Ending(kMisused, "which recording? Expected RECORDING.krs (see --help)");
     const auto reader = openRecording(rest[0], session::Damage::refused);
     session::Nv12Buffer picture = pictureBuffer(*reader);
     {

@@ -2,6 +2,7 @@
 
 #include "Ending.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <memory>
@@ -29,6 +30,11 @@ std::vector<std::string> parse(const Usage& usage, int argc, char** argv) {
         throw Ending(kMisused, error->message);
     std::vector<std::string> rest(argv + 1, argv + argc);
     std::erase(rest, "--");
+    const std::string_view expected(usage.positional);
+    const auto most = 1 + std::size_t(std::ranges::count(expected, ' '));
+    if (rest.size() > most || rest.size() + std::size_t(std::ranges::count(expected, '[')) < most)
+        throw Ending(kMisused,
+                     argv[0] + std::string(" what? Expected ") + usage.positional + " (see --help)");
     return rest;
 }
 

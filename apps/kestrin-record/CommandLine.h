@@ -25,15 +25,15 @@ struct Conversion {
 
 /// What a command takes.
 struct Usage {
-    const char* positional;           ///< such as "FOLDER OUT.krs"
+    const char* positional;           ///< the other arguments, such as "[KIND] FOLDER OUT.krs"
     const char* summary;              ///< what it does
     const char* description;          ///< more, below the options
     const GOptionEntry* entries;      ///< ends with an empty one
     Conversion* conversion = nullptr; ///< filled in, where the command takes these options too
 };
 
-/// Reads the options into the entries' variables and gives the other arguments. `--help` prints and ends the
-/// process. Throws Ending.
+/// Reads the options into the entries' variables and gives the other arguments, as many as the usage names.
+/// `--help` prints and ends the process. Throws Ending.
 std::vector<std::string> parse(const Usage& usage, int argc, char** argv);
 
 /// The text of an option, if it was given; frees it.

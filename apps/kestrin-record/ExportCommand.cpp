@@ -38,8 +38,6 @@ Request readRequest(int argc, char** argv) {
         throw Ending(kMisused, "--format: expected png or jpeg, not '" + name + "'");
     if (name == "jpeg")
         request.format = PicturesFolderWriter::Format::jpeg;
-    if (rest.size() != 2)
-        throw Ending(kMisused, "export what? Expected RECORDING.krs FOLDER (see --help)");
     request.recording = rest[0];
     request.folder = rest[1];
     return request;

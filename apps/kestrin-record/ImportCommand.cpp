@@ -59,8 +59,6 @@ Request readRequest(int argc, char** argv) {
         throw Ending(kMisused, "--rate: expected a number from 0.1 to 1000");
     request.options.calibration = take(intrinsics);
     request.quiet = quiet;
-    if (rest.size() != 2 && rest.size() != 3)
-        throw Ending(kMisused, "import what? Expected [KIND] FOLDER OUT.krs (see --help)");
     if (rest.size() == 3 && !(request.kind = session::dataSetNamed(rest[0])))
         throw Ending(kMisused, "expected euroc, tum or pictures, not '" + rest[0] + "'");
     request.folder = rest[rest.size() - 2];

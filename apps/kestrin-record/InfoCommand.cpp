@@ -77,8 +77,6 @@ void run(int argc, char** argv) {
         {"RECORDING.krs", "Says what a recording holds. Of a damaged one, what comes before the damage.",
          nullptr, entries},
         argc, argv);
-    if (rest.size() != 1)
-        throw Ending(kMisused, "which recording? Expected RECORDING.krs (see --help)");
     const auto reader = openRecording(rest[0], session::Damage::tolerated);
     const Summary summary = summarize(*reader);
     if (json)

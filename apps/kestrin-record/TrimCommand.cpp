@@ -40,8 +40,6 @@ Request readRequest(int argc, char** argv) {
         request.begin = number("--from", *text);
     if (const auto text = take(to))
         request.end = number("--to", *text);
-    if (rest.size() != 2)
-        throw Ending(kMisused, "trim what? Expected RECORDING.krs OUT.krs (see --help)");
     request.from = rest[0];
     request.to = recordingName(rest[1]);
     return request;
