@@ -20,7 +20,7 @@ constexpr std::size_t kMostAhead = 3;
 constexpr std::int64_t kMostPixels = 512 * 512;
 
 /// Of all of them together, four bytes each, however many triggers there are.
-constexpr std::int64_t kMostPixelsTogether = 32'000'000;
+constexpr std::int64_t kMostPixelsTogether = 24'000'000;
 
 constexpr double kLeastSide = 100;     // points
 constexpr float kUnscaledWidth = 0.2F; // metres, as the next

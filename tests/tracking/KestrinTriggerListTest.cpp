@@ -91,7 +91,7 @@ TEST_F(KestrinTriggerListTest, KeepsReferenceImagesSmallHoweverManyThereAre) {
     cache("last", 1501, 1000);
     cache("long", 99, 30000); // too narrow, whatever it shrinks to
     TriggerBundle bundle{{{"first", ""}, {"long", ""}, {"last", ""}}, 3};
-    for (const auto& [width, height] : {std::pair(500, 333), std::pair(68, 45)}) {
+    for (const auto& [width, height] : {std::pair(500, 333), std::pair(57, 38)}) {
         const TriggerSet set = build(bundle);
         ASSERT_EQ(namesOf(set), (Lines{"first", "last"}));
         for (const auto& trigger : set) {
