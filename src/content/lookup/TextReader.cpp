@@ -15,7 +15,7 @@ namespace kestrin::content {
 namespace {
 
 constexpr int kMostMilliseconds = 3000;
-constexpr int kSmall = 800; // pixels; small letters of a smaller picture are read only at twice their size
+constexpr int kSmall = 800;      // pixels
 constexpr int kResolution = 150; // dots an inch, which a camera's picture does not tell
 
 bool isStopped(void* stop, int) { return static_cast<const std::stop_token*>(stop)->stop_requested(); }
@@ -46,11 +46,12 @@ std::string TextReader::read(const cv::Mat& gray, const std::stop_token& stop) {
     progress.set_deadline_msecs(kMostMilliseconds);
     progress.cancel = isStopped;
     progress.cancel_this = &stopped;
+    // Large letters are read at their own size only, small ones at twice theirs.
     std::string text = readOnce(gray, progress);
     if (std::max(gray.cols, gray.rows) < kSmall) {
         cv::Mat larger;
         cv::resize(gray, larger, {}, 2, 2, cv::INTER_CUBIC);
-        text += '\n' + readOnce(larger, progress); // and large letters at their own
+        text += '\n' + readOnce(larger, progress);
     }
     return text;
 }
