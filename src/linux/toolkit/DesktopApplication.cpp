@@ -67,7 +67,7 @@ void DesktopApplication::present(const std::shared_ptr<platform::ViewController>
 }
 
 void DesktopApplication::presentShareSheet(const std::vector<platform::ShareItem>& items) {
-    ShareSheet::present(window(), items, m_dispatch, m_log);
+    ShareSheet::present(window(), items, m_dispatch, m_activity, m_log);
 }
 
 void DesktopApplication::ask(const Question& question, std::function<void(Reply)> answer) {

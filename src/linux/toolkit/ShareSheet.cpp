@@ -46,20 +46,23 @@ struct ShareSheet::Reporter {
 };
 
 void ShareSheet::present(GtkWindow* parent, const std::vector<platform::ShareItem>& items,
-                         platform::Dispatch& dispatch, std::shared_ptr<platform::LogSink> log) {
+                         platform::Dispatch& dispatch, std::shared_ptr<Activity> activity,
+                         std::shared_ptr<platform::LogSink> log) {
     const auto reporter = std::make_shared<Reporter>();
     reporter->parent.set(parent);
     reporter->log = std::move(log);
     GtkWindow* const window = newModalWindow(parent, "Share");
     const auto destroy = [](gpointer sheet) { delete static_cast<ShareSheet*>(sheet); };
     g_object_set_data_full(G_OBJECT(window), "kestrin-share-sheet",
-                           new ShareSheet(window, items, dispatch, reporter), destroy);
+                           new ShareSheet(window, items, dispatch, std::move(activity), reporter), destroy);
     gtk_window_present(window);
 }
 
 ShareSheet::ShareSheet(GtkWindow* window, const std::vector<platform::ShareItem>& items,
-                       platform::Dispatch& dispatch, std::shared_ptr<Reporter> reporter)
-    : m_window(window), m_dispatch(dispatch), m_reporter(std::move(reporter)) {
+                       platform::Dispatch& dispatch, std::shared_ptr<Activity> activity,
+                       std::shared_ptr<Reporter> reporter)
+    : m_window(window), m_dispatch(dispatch), m_activity(std::move(activity)),
+      m_reporter(std::move(reporter)) {
     take(items);
     fill();
 }
@@ -99,12 +102,9 @@ void ShareSheet::connect(GtkBuilder* builder, const char* button, bool isOffered
     g_signal_connect_swapped(widget, "clicked", G_CALLBACK(clicked), this);
 }
 
-void ShareSheet::close() {
-    const auto parent = GRef<GtkWindow>::ref(gtk_window_get_transient_for(m_window));
-    gtk_window_destroy(m_window); // and this
-    // A dialog of the sheet's that has just gone left the focus to the sheet, and so to nobody.
-    if (parent)
-        gtk_window_present(parent.get());
+void ShareSheet::closeAfterDialog() {
+    // Not at once: when both windows go, a window manager may give the focus to nobody.
+    m_activity->whenActive([window = GRef<GtkWindow>::ref(m_window)] { gtk_window_close(window.get()); });
 }
 
 void ShareSheet::askWhereToSave() {
@@ -126,7 +126,7 @@ void ShareSheet::save(const GRef<GFile>& file) {
         if (const auto failure = writePicture(image, file.get()))
             main.mainAsync([reporter, failure] { reporter->report(*failure); });
     });
-    close();
+    closeAfterDialog();
 }
 
 void ShareSheet::copy() {
@@ -140,8 +140,6 @@ void ShareSheet::askWhatOpens() {
     GtkWidget* const chooser = gtk_app_chooser_dialog_new_for_content_type(m_window, kFlags, kFileType);
     const auto chosen = +[](GtkDialog* dialog, int response, ShareSheet* sheet) {
         const auto program = GRef<GAppInfo>::adopt(gtk_app_chooser_get_app_info(GTK_APP_CHOOSER(dialog)));
-        // The key that was pressed may keep it longer than the sheet lives.
-        gtk_window_set_transient_for(GTK_WINDOW(dialog), nullptr);
         gtk_window_destroy(GTK_WINDOW(dialog));
         if (response == GTK_RESPONSE_OK && program)
             sheet->openWith(program);
@@ -157,6 +155,7 @@ void ShareSheet::openWith(const GRef<GAppInfo>& program) {
         if (!g_app_info_launch(program.get(), &files, nullptr, failure.out()))
             reporter->report(failure.text());
     });
+    closeAfterDialog();
 }
 
 void ShareSheet::sendByEmail() {
@@ -165,9 +164,7 @@ void ShareSheet::sendByEmail() {
         composeEmail({text, picture}, {}, main,
                      [reporter](const std::string& reason) { reporter->report(reason); });
     };
-    if (m_image.isValid())
-        return handOver(compose);
-    compose({});
+    m_image.isValid() ? handOver(compose) : compose({});
     close();
 }
 
@@ -177,7 +174,6 @@ void ShareSheet::handOver(const std::function<void(const GRef<GFile>& picture)>&
             file ? take(file) : reporter->report("There is no room for a temporary file.");
         });
     });
-    close();
 }
 
 } // namespace kestrin::gtk
