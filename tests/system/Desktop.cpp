@@ -21,19 +21,23 @@ std::string idOf(GtkWindow* window) {
 WindowManager::WindowManager() {
     m_folder.write("rc.xml", "<openbox_config xmlns=\"http://openbox.org/3.4/rc\"/>");
     std::string program = "openbox", file = "--config-file", name = m_folder / "rc.xml";
-    char* arguments[] = {program.data(), file.data(), name.data(), nullptr};
-    constexpr auto kFlags =
-        GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
+    std::string then = "--startup", sayReady = "touch " + (m_folder / "ready").string();
+    char* arguments[] = {program.data(), file.data(), name.data(), then.data(), sayReady.data(), nullptr};
+    constexpr auto kFlags = GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_DO_NOT_REAP_CHILD |
+                                        G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
     if (!g_spawn_async(nullptr, arguments, nullptr, kFlags, nullptr, nullptr, &m_process, nullptr))
         throw std::runtime_error("openbox does not start");
-    for (int tries = 0; runProgram("xdotool", {"get_num_desktops"}).status != 0; ++tries) {
-        if (tries == 200)
+    for (int tries = 0; !std::filesystem::exists(m_folder / "ready"); ++tries) {
+        if (tries == 400)
             throw std::runtime_error("openbox does not manage the display");
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
 }
 
-WindowManager::~WindowManager() { kill(m_process, SIGTERM); }
+WindowManager::~WindowManager() {
+    kill(m_process, SIGTERM);
+    waitpid(m_process, nullptr, 0); // a display takes the next one only when this one is gone
+}
 
 OtherWindow::OtherWindow() : m_display(XOpenDisplay(nullptr)) {
     auto* display = static_cast<Display*>(m_display);
