@@ -4,9 +4,7 @@
 
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
-#include <utility>
 
 namespace kestrin::test {
 
@@ -16,11 +14,11 @@ class FakeReachability : public platform::ReachabilityTargets {
     struct Way {
         std::optional<platform::ReachabilityFlags> flags = platform::kReachable;
         bool canStart = true;
-        int starts = 0, stops = 0;
+        int starts = 0;
         platform::SerialQueue* queue = nullptr;
         platform::ReachabilityTarget::Changed changed;
 
-        /// Tells of new flags, if anybody listens.
+        /// Tells whoever listens.
         void become(platform::ReachabilityFlags value) {
             flags = value;
             if (changed)
@@ -36,31 +34,25 @@ class FakeReachability : public platform::ReachabilityTargets {
         return std::make_unique<Target>(addresses[address]);
     }
 
-    struct Kept : std::shared_ptr<Way> {
-        Kept() : std::shared_ptr<Way>(std::make_shared<Way>()) {}
-    };
-    std::map<std::string, Kept> hosts;
-    std::map<platform::IpAddress, Kept> addresses;
+    std::map<std::string, Way> hosts;
+    std::map<platform::IpAddress, Way> addresses;
 
   private:
     struct Target : platform::ReachabilityTarget {
-        explicit Target(const std::shared_ptr<Way>& w) : way(w) {}
+        explicit Target(Way& w) : way(w) {}
         ~Target() override { stop(); }
-        std::optional<platform::ReachabilityFlags> flags() override { return way->flags; }
+        std::optional<platform::ReachabilityFlags> flags() override { return way.flags; }
         bool start(platform::SerialQueue& queue, Changed changed) override {
-            if (!way->canStart)
+            if (!way.canStart)
                 return false;
-            ++way->starts;
-            way->queue = &queue;
-            way->changed = std::move(changed);
-            way->become(*way->flags);
+            ++way.starts;
+            way.queue = &queue;
+            way.changed = std::move(changed);
+            way.become(*way.flags);
             return true;
         }
-        void stop() override {
-            ++way->stops;
-            way->changed = nullptr;
-        }
-        const std::shared_ptr<Way> way;
+        void stop() override { way.changed = nullptr; }
+        Way& way;
     };
 };
 
