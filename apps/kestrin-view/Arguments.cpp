@@ -39,7 +39,7 @@ struct Raw {
     char* cameraSize = nullptr;
     char** hostMap = nullptr;
     gboolean version = FALSE, steps = FALSE, loops = FALSE, tolerant = FALSE, forgets = FALSE;
-    gboolean mirrors = FALSE, listsCameras = FALSE;
+    gboolean mirrors = FALSE, listsCameras = FALSE, strictTls = FALSE;
 
     ~Raw() {
         for (char* text : {page, key, session, size, orientation, mounting, frames, screenshot, logLevel,
@@ -181,9 +181,12 @@ std::string readScreenshot(std::string_view text, Arguments& arguments) {
 }
 
 std::string readLogLevel(std::string_view text, Arguments& arguments) {
-    if (text != "off" && text != "info")
-        return "--log-level: expected off or info, not '" + std::string(text) + "'";
-    arguments.logs = text == "info";
+    constexpr std::array<std::pair<std::string_view, gtk::LogLevel>, 3> kLevels{
+        {{"off", gtk::LogLevel::off}, {"info", gtk::LogLevel::info}, {"debug", gtk::LogLevel::debug}}};
+    const auto found = std::ranges::find(kLevels, text, [](const auto& level) { return level.first; });
+    if (found == kLevels.end())
+        return "--log-level: expected off, info or debug, not '" + std::string(text) + "'";
+    arguments.logLevel = found->second;
     return "";
 }
 
@@ -236,6 +239,7 @@ std::variant<Arguments, Ending> checked(const Raw& raw) {
     arguments.tolerant = raw.tolerant != FALSE;
     arguments.forgetsPermissions = raw.forgets != FALSE;
     arguments.listsCameras = raw.listsCameras != FALSE;
+    arguments.strictTls = raw.strictTls != FALSE;
     if (!raw.camera && (raw.cameraSize || raw.mirrors))
         return failure(std::string(raw.mirrors ? "--mirror" : "--camera-size") + ": goes with --camera");
     for (const auto& [text, read] : readers) {
@@ -297,7 +301,11 @@ std::variant<Arguments, Ending> parseArguments(int argc, char** argv) {
          "At the end write the window as it is seen: camera, page, overlays (after 90 frames without "
          "--frames)",
          "FILE.png"},
-        {"log-level", 0, 0, G_OPTION_ARG_STRING, &raw.logLevel, "off or info (default: info)", "LEVEL"},
+        {"log-level", 0, 0, G_OPTION_ARG_STRING, &raw.logLevel,
+         "off, info, or debug: with all topics of KESTRIN_DEBUG (default: info)", "LEVEL"},
+        {"strict-tls", 0, 0, G_OPTION_ARG_NONE, &raw.strictTls,
+         "Refuse servers whose certificates the system does not trust, the one of --page among them",
+         nullptr},
         {"host-map", 0, 0, G_OPTION_ARG_STRING_ARRAY, &raw.hostMap,
          "Reach HOST at another address; may be repeated", "HOST=ADDRESS:PORT"},
         {"grant", 0, 0, G_OPTION_ARG_STRING, &raw.grant,

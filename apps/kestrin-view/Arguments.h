@@ -1,5 +1,7 @@
 #pragma once
 
+#include "linux/toolkit/StructuredLog.h"
+
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -34,7 +36,8 @@ struct Arguments {
     bool turnsWithDevice = false;  ///< the camera's mounting
     std::optional<int> frames;     ///< ends after so many frames of the session
     std::optional<std::filesystem::path> screenshot;
-    bool logs = true;
+    gtk::LogLevel logLevel = gtk::LogLevel::info;
+    bool strictTls = false;           ///< certificates are checked
     std::vector<std::string> hostMap; ///< HOST=ADDRESS:PORT each
     std::set<std::string> granted;    ///< "camera", "photos": nobody is asked for them
     bool forgetsPermissions = false;  ///< instead of showing anything

@@ -4,7 +4,7 @@
 #include "linux/capture/FileProbe.h"
 #include "linux/capture/ModeText.h"
 #include "linux/toolkit/MainLoopDispatch.h"
-#include "linux/toolkit/StandardErrorLog.h"
+#include "linux/toolkit/StructuredLog.h"
 
 #include <set>
 #include <string_view>
@@ -17,7 +17,7 @@ constexpr double kLongestSearch = 10; // seconds
 constexpr std::string_view kFilePrefix = "file:";
 
 gtk::CameraDescriptions allCameras(platform::Dispatch& dispatch) {
-    const auto finder = gtk::CameraFinder::make("", dispatch);
+    const auto finder = std::make_shared<gtk::CameraFinder>("", dispatch);
     finder->begin();
     finder->waitForFirstLook(kLongestSearch);
     return finder->cameras();
@@ -41,7 +41,7 @@ bool haveOneName(const gtk::CameraDescriptions& cameras) {
 } // namespace
 
 Ending listCameras() {
-    gtk::MainLoopDispatch dispatch(std::make_shared<gtk::StandardErrorLog>(gtk::LogLevel::off));
+    gtk::MainLoopDispatch dispatch(std::make_shared<gtk::StructuredLog>(gtk::LogLevel::off));
     Ending ending;
     for (const auto& camera : allCameras(dispatch)) {
         ending.text += (ending.text.empty() ? "" : "\n") + camera->name;

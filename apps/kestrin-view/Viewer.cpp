@@ -8,12 +8,14 @@
 #include "content/ContentServer.h"
 #include "core/KestrinCVSession.h"
 #include "core/KestrinView.h"
+#include "core/config/Deployment.h"
 #include "linux/LinuxPlatform.h"
 #include "linux/network/HostMap.h"
 #include "linux/permission/PermissionFile.h"
 #include "linux/toolkit/Capture.h"
 #include "linux/toolkit/GRef.h"
 #include "linux/toolkit/Widget.h"
+#include "linux/web/Inspector.h"
 #include "services/util/Format.h"
 #include "session/recording/Recorder.h"
 
@@ -56,6 +58,7 @@ class Viewer {
     void makeWindow();
     void addKeys();
     void startView();
+    std::string trustHint() const;
     void watch();
     void step();
     void finish();
@@ -100,6 +103,8 @@ void Viewer::finishRecording() {
 
 Ending Viewer::run() {
     g_set_application_name("Kestrin");
+    if (m_arguments.strictTls)
+        Deployment::certificates = CertificatePolicy::strict;
     findApplication();
     startRecorder();
     installPlatform();
@@ -136,7 +141,8 @@ void Viewer::installPlatform() {
     gtk::Options options;
     options.applicationId = kApplicationId;
     options.granted = m_arguments.granted;
-    options.logLevel = m_arguments.logs ? gtk::LogLevel::info : gtk::LogLevel::off;
+    options.logLevel = m_arguments.logLevel;
+    options.developerExtras = true;
     options.orientation = m_arguments.orientation;
     if (m_arguments.camera) {
         options.camera = m_arguments.camera->name;
@@ -192,6 +198,14 @@ void Viewer::addKeys() {
             return TRUE;
         },
         nullptr);
+    bind(
+        "F12",
+        [](GtkWidget* window, GVariant*, gpointer) -> gboolean {
+            if (!gtk::toggleInspector(window))
+                log("kestrin-view - There is no page to inspect, or its key string lacks debugEnabled.");
+            return TRUE;
+        },
+        nullptr);
     if (m_arguments.steps)
         bind(
             "space|Right",
@@ -215,11 +229,23 @@ void Viewer::startView() {
     m_view->setup(m_settings);
     m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
                                      [this](const auto& event) { m_tally.update(event); });
+    m_view->onStartDelayed([this](auto delay) {
+        if (m_arguments.frames && delay == KestrinView::StartDelay::unreachableServer)
+            end({1, "kestrin-view: no answer from " + m_settings.getHostUrl() + trustHint()});
+    });
     m_view->startWithCallback([this] {
         if (m_arguments.frames)
             end({1, "kestrin-view: the view could not start"});
     });
     gtk_window_present(m_window.get());
+}
+
+/// The likely reason, to be put behind what is wrong; empty when servers are trusted unseen.
+std::string Viewer::trustHint() const {
+    if (Deployment::certificates == CertificatePolicy::acceptAll)
+        return "";
+    return m_server ? "; certificates are checked, and that of --page's own server is known to nobody"
+                    : "; certificates are checked, and the server's may have been refused";
 }
 
 /// Asks the session for the next frame, without waiting for it.
@@ -243,7 +269,7 @@ void Viewer::watch() {
             finish();
         else if (now - m_lastPose > kPatienceSeconds)
             end({1, "kestrin-view: the page received no pose for " + std::to_string(int(kPatienceSeconds)) +
-                        " seconds"});
+                        " seconds" + trustHint()});
         else if (m_arguments.steps && (isNew || now - m_lastPose > kStepSeconds))
             step();
     });

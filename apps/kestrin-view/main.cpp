@@ -2,6 +2,8 @@
 #include "Cameras.h"
 #include "Viewer.h"
 
+#include "linux/toolkit/DebugTopics.h"
+
 #include <cstdio>
 #include <cstdlib>
 
@@ -18,6 +20,12 @@ kestrin::view::Ending obey(const kestrin::view::Arguments& arguments) {
 int main(int argc, char** argv) {
     using namespace kestrin::view;
     ::setenv("LIBCAMERA_LOG_LEVELS", "*:ERROR", 0); // else it tells the terminal about itself
+    const char* const topics = std::getenv("KESTRIN_DEBUG");
+    if (topics && kestrin::gtk::readDebugWish(topics).wantsHelp) {
+        std::puts(kestrin::gtk::debugHelp().c_str());
+        return 0;
+    }
+    g_log_set_writer_func(kestrin::gtk::writeLogLine, nullptr, nullptr);
     const auto parsed = parseArguments(argc, argv);
     if (const auto* ending = std::get_if<Ending>(&parsed)) {
         std::fprintf(ending->status == 0 ? stdout : stderr, "%s\n", ending->text.c_str());

@@ -3,8 +3,8 @@
 #include "bridge/FullScreenWKWebView.h"
 #include "bridge/KestrinWebEvent.h"
 #include "bridge/PageFrameListener.h"
+#include "platform/CertificatePolicy.h"
 #include "platform/Platform.h"
-#include "services/util/CertificatePolicy.h"
 #include "services/util/Format.h"
 #include "services/util/Json.h"
 #include "services/util/KestrinUtil.h"
@@ -119,6 +119,12 @@ void KestrinWebView::loadUrl(const std::optional<std::string>& url, bool clearCa
 void KestrinWebView::clear() { loadUrl("about:blank", false); }
 
 void KestrinWebView::clearCache() { platform::platform().web().clearCache(); }
+
+void KestrinWebView::setInspectable(bool inspectable) {
+    if (!divertToMain([self = shared_from_this(), inspectable] { self->setInspectable(inspectable); }) &&
+        _webView)
+        _webView->setInspectable(inspectable);
+}
 
 void KestrinWebView::eval(std::string script) {
     platform::Dispatch& dispatch = platform::platform().dispatch();
@@ -274,7 +280,7 @@ void KestrinWebView::didRequestFile() { log("FILE UPLOAD!"); }
 
 bool KestrinWebView::acceptServerTrust(const std::string&) {
     log("KestrinARView::Resolving HTTPS Authentication");
-    const bool accepts = certificatePolicy == CertificatePolicy::acceptAll;
+    const bool accepts = platform::acceptsEveryServer();
     log("KestrinARView::Resolved HTTPS Authentication");
     return accepts;
 }

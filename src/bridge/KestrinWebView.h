@@ -40,6 +40,8 @@ class KestrinWebView : public platform::ScriptMessageHandler,
     void clear();
     /// Forgets every cached response. Thread: main.
     void clearCache();
+    /// Whether a developer may look into the page there is now. Nothing before `prepare`.
+    void setInspectable(bool inspectable);
     /// In the order of posting for each thread; result and errors are ignored.
     void eval(std::string script);
 

@@ -83,6 +83,7 @@ void KestrinView::launch() {
     if (KestrinFeatureFlags::getInstance()->containsFlag("local"))
         m_Settings = KestrinSettings::initWithKeyString(localKeyString());
     log("KestrinView - start - Launching WebView.");
+    m_WebView->setInspectable(m_Settings.getDebugEnabled());
     m_WebView->loadUrl(m_Settings.getTemplateUrl(), false);
     show();
     waitFor(StartDelay::page);

@@ -9,12 +9,15 @@
 #include "linux/storage/BundleStorage.h"
 #include "linux/storage/DeviceInfo.h"
 #include "linux/storage/PixbufCodec.h"
+#include "linux/toolkit/DebugTopics.h"
 #include "linux/toolkit/DesktopApplication.h"
 #include "linux/toolkit/MainLoopDispatch.h"
 #include "linux/toolkit/ViewToolkit.h"
 #include "linux/vision/ZxingVision.h"
 #include "linux/web/WebKitToolkit.h"
+#include "platform/CertificatePolicy.h"
 
+#include <string_view>
 #include <utility>
 
 namespace kestrin::gtk {
@@ -22,12 +25,24 @@ namespace kestrin::gtk {
 namespace {
 
 constexpr double kFeatureLevel = 12.0;
+#ifdef NDEBUG
+constexpr bool kIsShipped = true;
+#else
+constexpr bool kIsShipped = false;
+#endif
 
 WebOptions webOptions(const Options& options) {
     const auto cache = std::filesystem::path(g_get_user_cache_dir()) /
                        applicationDirectory(options.applicationId).filename() / "web";
     return {(applicationDirectory(options.applicationId) / "web").string(), cache.string(), kFeatureLevel,
-            options.developerExtras};
+            options.developerExtras.value_or(!kIsShipped)};
+}
+
+/// A person can be stricter than the application, never laxer.
+void obeyTrustVariable() {
+    const char* const wanted = g_getenv("KESTRIN_STRICT_TLS");
+    if (wanted && *wanted && std::string_view(wanted) != "0")
+        platform::certificatePolicy = platform::CertificatePolicy::strict;
 }
 
 /// A source of tracking without a camera needs no permission for one.
@@ -42,21 +57,21 @@ DesktopPermissions::Options permissionOptions(const Options& options) {
 // In the order in which each may need the ones before it, while it is made and while it ends.
 struct LinuxPlatform::Parts {
     explicit Parts(const Options& options)
-        : log(std::make_shared<StandardErrorLog>(options.logLevel)), dispatch(log),
+        : log(std::make_shared<StructuredLog>(options.logLevel)), dispatch(log),
           web(log, webOptions(options)),
           application({options.orientation, options.screenSize}, dispatch, log),
           views(*log, [this](GtkWidget* root,
                              const platform::Size& size) { application.rootAllocated(root, size); }),
           capture({options.camera, options.mirrorsCamera}, dispatch, log), gpu(log),
-          http(dispatch, {.hostMap = options.hostMap}), reachability({.hostMap = options.hostMap}),
-          storage(options.bundle, options.applicationId, *log),
+          http(dispatch, {.hostMap = options.hostMap, .log = log}),
+          reachability({.hostMap = options.hostMap}), storage(options.bundle, options.applicationId, *log),
           permissions(DesktopPermissions::make(
               permissionOptions(options), PermissionFile::ofApplication(options.applicationId),
               [this](const Question& question, auto answer) { application.ask(question, std::move(answer)); },
               dispatch, log)),
           device(readDevice(options.applicationId)) {}
 
-    const std::shared_ptr<StandardErrorLog> log;
+    const std::shared_ptr<StructuredLog> log;
     MainLoopDispatch dispatch;
     WebKitToolkit web;
     DesktopApplication application;
@@ -74,10 +89,13 @@ struct LinuxPlatform::Parts {
 };
 
 std::shared_ptr<LinuxPlatform> LinuxPlatform::make(const Options& options) {
+    StructuredLog log(options.logLevel);
     if (!gtk_init_check() || !gdk_display_get_default()) {
-        StandardErrorLog(options.logLevel).write("Kestrin - There is no display.");
+        log.write("Kestrin - There is no display.");
         return nullptr;
     }
+    beginDebugging(options.logLevel, log);
+    obeyTrustVariable();
     auto parts = std::make_unique<Parts>(options);
     if (options.worldTracking)
         parts->tracking = options.worldTracking(parts->application.interfaceOrientation());

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "linux/network/HostMap.h"
-#include "linux/toolkit/StandardErrorLog.h"
+#include "linux/toolkit/StructuredLog.h"
 #include "platform/ArSession.h"
 #include "platform/Matrix.h"
 #include "platform/Orientation.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -39,8 +40,9 @@ struct Options {
     platform::Size screenSize{1280, 720};
     /// What nobody needs to be asked for: "camera", "photos".
     std::set<std::string> granted;
-    /// Offers the web inspector in every page's context menu.
-    bool developerExtras = false;
+    /// Whether an application in debug mode (`KestrinSettings::getDebugEnabled`) offers the web inspector in
+    /// its page's context menu. Unless said otherwise it does in builds without NDEBUG only.
+    std::optional<bool> developerExtras;
 };
 
 } // namespace kestrin::gtk

@@ -52,7 +52,6 @@ struct WebViewConfiguration {
     bool suppressesIncrementalRendering = false;
     bool allowsPictureInPicture = false;
     bool accessibilityModal = false;
-    bool developerExtras = false;
     std::map<std::string, int> preferences;
 };
 
@@ -84,6 +83,7 @@ class WebViewPeer : public ViewPeer {
     virtual void setScroll(const ScrollSettings& settings) = 0;
     virtual void setNavigationDelegate(std::weak_ptr<NavigationDelegate> delegate) = 0;
     virtual void setUiDelegate(std::weak_ptr<WebUiDelegate> delegate) = 0;
+    virtual void setInspectable(bool inspectable) = 0;
 };
 
 /// A page. Script messages that arrive and evaluations keep their order. Thread: main.
@@ -99,6 +99,8 @@ class WebView : public View {
     void setScroll(const ScrollSettings& settings);
     void setNavigationDelegate(std::weak_ptr<NavigationDelegate> delegate);
     void setUiDelegate(std::weak_ptr<WebUiDelegate> delegate);
+    /// Whether a developer may look into the page; at first nobody may, and the system may forbid it.
+    void setInspectable(bool inspectable) { m_webPeer.setInspectable(inspectable); }
     /// The parts of the view that the system covers, out of which it keeps the page.
     virtual Insets safeAreaInsets() const;
 

@@ -2,7 +2,7 @@
 // The thread sanitizer must say so, or its silence about everything else means nothing.
 
 #include "linux/toolkit/MainLoopDispatch.h"
-#include "linux/toolkit/StandardErrorLog.h"
+#include "linux/toolkit/StructuredLog.h"
 
 #include <glib.h>
 
@@ -11,7 +11,7 @@
 
 int main() {
     using namespace kestrin::gtk;
-    MainLoopDispatch dispatch(std::make_shared<StandardErrorLog>(LogLevel::info));
+    MainLoopDispatch dispatch(std::make_shared<StructuredLog>(LogLevel::info));
     int guarded = 0, shared = 0;
     bool done = false;
     std::thread poster([&] {

@@ -1,5 +1,5 @@
 #include "services/util/KestrinUtil.h"
-#include "services/util/CertificatePolicy.h"
+#include "platform/CertificatePolicy.h"
 #include "services/util/UploadTrust.h"
 #include "support/FakePlatform.h"
 
@@ -11,6 +11,8 @@
 #include <numeric>
 
 using namespace kestrin;
+using platform::certificatePolicy;
+using platform::CertificatePolicy;
 namespace json = boost::json;
 using testing::ElementsAre;
 using testing::IsEmpty;

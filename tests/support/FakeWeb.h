@@ -21,6 +21,7 @@ struct FakeWebViewPeer : RecordingPeer<platform::WebViewPeer> {
         navigation = std::move(value);
     }
     void setUiDelegate(std::weak_ptr<platform::WebUiDelegate> value) override { ui = std::move(value); }
+    void setInspectable(bool value) override { inspectable = value; }
 
     /// The page posts `body` to a named handler; false when nobody listens under that name.
     bool post(const std::string& handler, std::string_view body);
@@ -30,7 +31,7 @@ struct FakeWebViewPeer : RecordingPeer<platform::WebViewPeer> {
     platform::WebViewConfiguration configuration;
     std::vector<platform::UrlRequest> loads;
     std::vector<std::string> scripts;
-    bool opaque = true;
+    bool opaque = true, inspectable = false;
     platform::ScrollSettings scroll;
     platform::ContentMode contentMode = platform::ContentMode::recommended; ///< as the last question left it
     std::weak_ptr<platform::NavigationDelegate> navigation;

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "services/util/CertificatePolicy.h"
+#include "platform/CertificatePolicy.h"
 
 namespace kestrin {
+
+using platform::CertificatePolicy;
 
 /// What the maker of a product settles once.
 struct Deployment {
@@ -18,7 +20,7 @@ struct Deployment {
     /// The application that the built-in local key string opens.
     static constexpr const char* kLocalApplicationId = "7d0c4a52-3be1-4f68-9a57-c2e81f60d934";
     /// Set it to strict for a product whose servers carry certificates that the system trusts.
-    static constexpr auto& certificates = certificatePolicy;
+    static constexpr auto& certificates = platform::certificatePolicy;
 };
 
 } // namespace kestrin

@@ -1,6 +1,7 @@
 #include "linux/capture/CapturePipeline.h"
 
 #include "linux/capture/GstPicture.h"
+#include "linux/toolkit/DebugTopics.h"
 
 #include <utility>
 
@@ -42,6 +43,23 @@ GstPadProbeReturn onFormat(GstPad*, GstPadProbeInfo* info, gpointer filter) {
     return GST_PAD_PROBE_OK;
 }
 
+void traceFormat(const std::string& name, GstSample* sample) {
+    const GText caps(gst_caps_to_string(gst_sample_get_caps(sample)));
+    debugLine(Topic::camera, name + ": the first picture is " + caps.get());
+}
+
+/// What elements say of themselves, in short. Their many states are left out but for those of the whole.
+void traceMessage(const std::string& name, GstMessage* message) {
+    const auto type = GST_MESSAGE_TYPE(message);
+    if (type == GST_MESSAGE_TAG || type == GST_MESSAGE_STREAM_STATUS || type == GST_MESSAGE_QOS ||
+        (type == GST_MESSAGE_STATE_CHANGED && !GST_IS_PIPELINE(GST_MESSAGE_SRC(message))))
+        return;
+    const GstStructure* const details = gst_message_get_structure(message);
+    const GText text(details ? gst_structure_to_string(details) : nullptr);
+    debugLine(Topic::camera, name + ": " + GST_MESSAGE_SRC_NAME(message) + ": " +
+                                 (text ? text.get() : GST_MESSAGE_TYPE_NAME(message)));
+}
+
 GRef<GstElement> makeElement(const char* factory) {
     return GRef<GstElement>::refSink(gst_element_factory_make(factory, nullptr));
 }
@@ -81,6 +99,8 @@ std::string CapturePipeline::chain() const {
 }
 
 bool CapturePipeline::build() {
+    if (isDebugged(Topic::camera))
+        debugLine(Topic::camera, m_source.name + ": " + chain());
     const auto filter = makeElement("capsfilter"), decoder = makeElement("decodebin");
     const auto conversion =
         GRef<GstElement>::refSink(gst_parse_bin_from_description(chain().c_str(), TRUE, nullptr));
@@ -184,6 +204,8 @@ void CapturePipeline::unwatch() {
 }
 
 void CapturePipeline::onMessage(GstMessage* message) {
+    if (isDebugged(Topic::camera))
+        traceMessage(m_source.name, message);
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS)
         later(&CapturePipeline::onEnd);
     if (GST_MESSAGE_TYPE(message) != GST_MESSAGE_ERROR)
@@ -219,6 +241,9 @@ void CapturePipeline::onFailure(const std::string& reason) {
 }
 
 void CapturePipeline::onSample(GstSample* sample) {
+    m_samples.count();
+    if (!m_hasPicture && isDebugged(Topic::camera))
+        traceFormat(m_source.name, sample);
     m_hasPicture = true;
     m_silence = 0;
     std::unique_lock lock(m_mutex);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/capture/GstParts.h"
+#include "linux/toolkit/RateMeter.h"
 #include "platform/Capture.h"
 #include "platform/Log.h"
 
@@ -68,6 +69,7 @@ class CapturePipeline : public std::enable_shared_from_this<CapturePipeline> {
     GRef<GstElement> m_pipeline, m_sink;
     GstClockID m_watch = nullptr; ///< fires again and again while a live source runs
 
+    RateMeter m_samples{"camera pictures"}; ///< of the thread that brings them
     std::mutex m_mutex; ///< guards the next
     unsigned m_run = 0; ///< odd while running
 

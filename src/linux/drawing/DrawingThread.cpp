@@ -141,6 +141,7 @@ void DrawingThread::finish(const Submitted& work) {
     for (const platform::Task& completion : work.completions)
         runTask(completion, *m_log);
     if (work.presented) {
+        m_presented.count();
         m_ring->publish(*work.presented);
         m_published.wake();
     }

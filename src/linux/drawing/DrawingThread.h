@@ -3,6 +3,7 @@
 #include "linux/drawing/FrameRing.h"
 #include "linux/drawing/GlStore.h"
 #include "linux/drawing/MainWake.h"
+#include "linux/toolkit/RateMeter.h"
 #include "platform/Gpu.h"
 
 #include <chrono>
@@ -83,6 +84,7 @@ class DrawingThread {
     std::vector<Submitted> m_submitted;
     Clock::time_point m_due{};
     bool m_hasComplained = false;
+    RateMeter m_presented{"pictures drawn"};
 
     std::thread m_thread;
 };

@@ -1,6 +1,7 @@
 #include "linux/network/HttpExchange.h"
 
 #include "linux/network/HttpAddress.h"
+#include "linux/toolkit/DebugTopics.h"
 
 #include <utility>
 
@@ -11,8 +12,9 @@ constexpr int kMostRedirects = 20;
 }
 
 HttpExchange::HttpExchange(SoupSessions& sessions, platform::HttpRequest request,
-                           platform::AuthenticationDelegate* delegate, Done done)
-    : m_sessions(sessions), m_request(std::move(request)), m_delegate(delegate), m_done(std::move(done)) {}
+                           platform::AuthenticationDelegate* delegate, platform::LogSink* log, Done done)
+    : m_sessions(sessions), m_request(std::move(request)), m_delegate(delegate), m_log(log),
+      m_done(std::move(done)) {}
 
 template <void (HttpExchange::*step)(GAsyncResult*)>
 void HttpExchange::resume(GObject*, GAsyncResult* result, gpointer self) {
@@ -30,6 +32,7 @@ void HttpExchange::start() {
     m_host = g_uri_get_host(uri.get());
     m_session = GRef<SoupSession>::ref(m_sessions.find(m_host, m_delegate == nullptr));
     m_message = makeMessage(uri.get());
+    m_began = g_get_monotonic_time();
     watchHandshake();
     soup_session_send_async(m_session.get(), m_message.get(), G_PRIORITY_DEFAULT, m_cancellable.get(),
                             resume<&HttpExchange::onAnswer>, keepAlive());
@@ -74,10 +77,13 @@ bool HttpExchange::askAboutServer() {
 }
 
 void HttpExchange::onAnswer(GAsyncResult* result) {
-    m_stream = GRef<GInputStream>::adopt(soup_session_send_finish(m_session.get(), result, nullptr));
+    GFailure failure;
+    m_stream = GRef<GInputStream>::adopt(soup_session_send_finish(m_session.get(), result, failure.out()));
+    if (!m_stream)
+        return fail(failure.error());
     const goffset declared =
         soup_message_headers_get_content_length(soup_message_get_response_headers(m_message.get()));
-    if (!m_stream || declared > static_cast<goffset>(kLargestBody))
+    if (declared > static_cast<goffset>(kLargestBody))
         return finish(std::nullopt);
     m_body.clear();
     m_body.reserve(static_cast<std::size_t>(declared));
@@ -90,9 +96,10 @@ void HttpExchange::read() {
 }
 
 void HttpExchange::onRead(GAsyncResult* result) {
-    const gssize size = g_input_stream_read_finish(m_stream.get(), result, nullptr);
+    GFailure failure;
+    const gssize size = g_input_stream_read_finish(m_stream.get(), result, failure.out());
     if (size < 0)
-        return finish(std::nullopt);
+        return fail(failure.error());
     if (size == 0)
         return onEnd();
     m_body.append(m_chunk.data(), static_cast<std::size_t>(size));
@@ -102,6 +109,8 @@ void HttpExchange::onRead(GAsyncResult* result) {
 }
 
 void HttpExchange::onEnd() {
+    trace(std::to_string(soup_message_get_status(m_message.get())) + ", " + std::to_string(m_body.size()) +
+          " bytes");
     const char* location = redirectLocation();
     if (!location)
         return finish(platform::HttpResponse{static_cast<int>(soup_message_get_status(m_message.get())),
@@ -137,6 +146,20 @@ void HttpExchange::redirect(std::string url) {
     g_signal_handlers_disconnect_by_data(m_message.get(), this);
     m_stream.reset();
     start();
+}
+
+void HttpExchange::fail(const GError* error) {
+    trace(error->message);
+    if (m_log && g_error_matches(error, G_TLS_ERROR, G_TLS_ERROR_BAD_CERTIFICATE))
+        m_log->write("Kestrin - HttpExchange - The certificate of " + m_host +
+                     " is not one that the system trusts, and nobody has accepted it.");
+    finish(std::nullopt);
+}
+
+void HttpExchange::trace(const std::string& outcome) const {
+    if (isDebugged(Topic::network))
+        debugLine(Topic::network, m_request.method + ' ' + m_request.url + ": " + outcome + ", " +
+                                      std::to_string((g_get_monotonic_time() - m_began) / 1000) + " ms");
 }
 
 void HttpExchange::finish(std::optional<platform::HttpResponse> response) {

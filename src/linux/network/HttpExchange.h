@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/network/SoupSessions.h"
+#include "platform/Log.h"
 #include "platform/Network.h"
 
 #include <array>
@@ -19,10 +20,10 @@ class HttpExchange : public std::enable_shared_from_this<HttpExchange> {
   public:
     using Done = std::function<void(std::optional<platform::HttpResponse>)>;
 
-    /// `delegate` may be null; else it lives until `done` is called. `done` is called exactly once, possibly
-    /// inside `start`.
+    /// `delegate` and `log` may be null; else they live until `done` is called. `done` is called exactly
+    /// once, possibly inside `start`.
     HttpExchange(SoupSessions& sessions, platform::HttpRequest request,
-                 platform::AuthenticationDelegate* delegate, Done done);
+                 platform::AuthenticationDelegate* delegate, platform::LogSink* log, Done done);
 
     void start();
     /// Ends with none, soon.
@@ -38,6 +39,8 @@ class HttpExchange : public std::enable_shared_from_this<HttpExchange> {
     void onEnd();
     const char* redirectLocation() const;
     void redirect(std::string url);
+    void fail(const GError* error);
+    void trace(const std::string& outcome) const;
     void finish(std::optional<platform::HttpResponse> response);
 
     template <void (HttpExchange::*step)(GAsyncResult*)>
@@ -47,6 +50,7 @@ class HttpExchange : public std::enable_shared_from_this<HttpExchange> {
     SoupSessions& m_sessions;
     platform::HttpRequest m_request;
     platform::AuthenticationDelegate* m_delegate;
+    platform::LogSink* m_log;
     Done m_done;
     GRef<GCancellable> m_cancellable = GRef<GCancellable>::adopt(g_cancellable_new());
     GRef<SoupSession> m_session;
@@ -55,6 +59,7 @@ class HttpExchange : public std::enable_shared_from_this<HttpExchange> {
     std::string m_host;
     std::array<char, 1U << 16U> m_chunk;
     std::string m_body;
+    gint64 m_began = 0; ///< microseconds, of the request that is under way
     int m_redirects = 0;
     bool m_asked = false; ///< about the server, during the present handshake
 };

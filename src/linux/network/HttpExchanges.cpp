@@ -8,7 +8,7 @@ void HttpExchanges::run(platform::HttpRequest request, platform::AuthenticationD
                         HttpExchange::Done done) {
     auto slot = std::make_shared<std::weak_ptr<HttpExchange>>();
     auto exchange = std::make_shared<HttpExchange>(
-        m_sessions, std::move(request), delegate,
+        m_sessions, std::move(request), delegate, m_log.get(),
         [this, slot, done = std::move(done)](std::optional<platform::HttpResponse> response) {
             done(std::move(response));
             remove(slot->lock());

@@ -10,7 +10,9 @@ namespace kestrin::gtk {
 /// The requests under way. Thread: the I/O thread.
 class HttpExchanges {
   public:
-    HttpExchanges(HostMap map, unsigned idleTimeout) : m_sessions(std::move(map), idleTimeout) {}
+    /// `log` may be null.
+    HttpExchanges(HostMap map, unsigned idleTimeout, std::shared_ptr<platform::LogSink> log)
+        : m_sessions(std::move(map), idleTimeout), m_log(std::move(log)) {}
 
     void run(platform::HttpRequest request, platform::AuthenticationDelegate* delegate,
              HttpExchange::Done done);
@@ -21,6 +23,7 @@ class HttpExchanges {
     void remove(const std::shared_ptr<HttpExchange>& exchange);
 
     SoupSessions m_sessions;
+    const std::shared_ptr<platform::LogSink> m_log;
     std::set<std::shared_ptr<HttpExchange>> m_running;
     std::function<void()> m_ended;
 };

@@ -10,8 +10,9 @@
 namespace kestrin::gtk {
 
 SoupHttpClient::SoupHttpClient(platform::Dispatch& dispatch, HttpOptions options) : m_dispatch(dispatch) {
-    m_io.post(
-        [this, options = std::move(options)] { m_exchanges.emplace(options.hostMap, options.idleTimeout); });
+    m_io.post([this, options = std::move(options)] {
+        m_exchanges.emplace(options.hostMap, options.idleTimeout, options.log);
+    });
 }
 
 SoupHttpClient::~SoupHttpClient() {

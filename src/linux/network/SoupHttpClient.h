@@ -3,6 +3,7 @@
 #include "linux/network/HttpExchanges.h"
 #include "linux/network/IoThread.h"
 #include "platform/Dispatch.h"
+#include "platform/Log.h"
 #include "platform/Network.h"
 
 #include <optional>
@@ -11,7 +12,8 @@ namespace kestrin::gtk {
 
 struct HttpOptions {
     HostMap hostMap;
-    unsigned idleTimeout = 60; ///< seconds without a byte after which a request has failed
+    unsigned idleTimeout = 60;                   ///< seconds without a byte after which a request has failed
+    std::shared_ptr<platform::LogSink> log = {}; ///< is told of refused servers; may be null
 };
 
 /// HTTP over libsoup, on a thread of its own; connections are kept alive and shared by all requests. `data:`

@@ -1,5 +1,7 @@
 #include "linux/web/NewWebView.h"
 
+#include "linux/toolkit/DebugTopics.h"
+
 #include <cstring>
 
 namespace kestrin::gtk {
@@ -28,7 +30,7 @@ GRef<WebKitSettings> makeSettings(const Configuration& configuration) {
     g_object_set(settings.get(), //
                  "media-playback-allows-inline", configuration.allowsInlineMediaPlayback,
                  "media-playback-requires-user-gesture", configuration.mediaRequiresUserAction,
-                 "enable-developer-extras", configuration.developerExtras,                                //
+                 "enable-write-console-messages-to-stdout", isDebugged(Topic::console),
                  "allow-file-access-from-file-urls", isSet(configuration, "allowFileAccessFromFileURLs"), //
                  nullptr);
     setFeature(settings.get(), "SuppressesIncrementalRendering",

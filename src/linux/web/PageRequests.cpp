@@ -22,19 +22,19 @@ gboolean denyPermission(WebKitWebView*, WebKitPermissionRequest* request, PageRe
     return kHandled;
 }
 
+/// There is none but the inspector's.
+gboolean hideMenu(WebKitWebView* view, WebKitContextMenu*, WebKitHitTestResult*, PageRequests*) {
+    return !webkit_settings_get_enable_developer_extras(webkit_web_view_get_settings(view));
+}
+
 } // namespace
 
-PageRequests::PageRequests(WebKitWebView* view, bool offersContextMenu) {
+PageRequests::PageRequests(WebKitWebView* view) {
     answer(view, "script-dialog", closeDialog);
     answer(view, "permission-request", denyPermission);
     answer(
         view, "print", +[](WebKitWebView*, WebKitPrintOperation*, PageRequests*) { return kHandled; });
-    if (!offersContextMenu)
-        answer(
-            view, "context-menu",
-            +[](WebKitWebView*, WebKitContextMenu*, WebKitHitTestResult*, PageRequests*) {
-                return kHandled;
-            });
+    answer(view, "context-menu", hideMenu);
     answer(
         view, "run-file-chooser", +[](WebKitWebView*, WebKitFileChooserRequest* request, PageRequests* self) {
             self->keepFileRequest(request);

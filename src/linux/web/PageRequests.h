@@ -14,7 +14,7 @@ namespace kestrin::gtk {
 /// main.
 class PageRequests {
   public:
-    PageRequests(WebKitWebView* view, bool offersContextMenu);
+    explicit PageRequests(WebKitWebView* view);
 
     void setDelegate(std::weak_ptr<platform::WebUiDelegate> delegate) { m_delegate = std::move(delegate); }
 

@@ -4,14 +4,15 @@ namespace kestrin::gtk {
 
 ScriptMessages::ScriptMessages(const Handlers& handlers) {
     for (const auto& [name, handler] : handlers) {
-        m_channels.push_back(std::make_unique<const Channel>(Channel{name, handler}));
+        m_channels.push_back(std::make_unique<Channel>(Channel{name, handler}));
         m_signals.emplace_back(m_manager.get(), ("script-message-received::" + name).c_str(),
-                               G_CALLBACK(receive), const_cast<Channel*>(m_channels.back().get()));
+                               G_CALLBACK(receive), m_channels.back().get());
         webkit_user_content_manager_register_script_message_handler(m_manager.get(), name.c_str(), nullptr);
     }
 }
 
-void ScriptMessages::receive(WebKitUserContentManager*, JSCValue* value, const Channel* channel) {
+void ScriptMessages::receive(WebKitUserContentManager*, JSCValue* value, Channel* channel) {
+    channel->meter.count();
     const auto handler = channel->handler.lock();
     if (!handler || !jsc_value_is_string(value))
         return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/toolkit/RateMeter.h"
 #include "linux/toolkit/SignalHandler.h"
 #include "platform/WebView.h"
 
@@ -25,12 +26,13 @@ class ScriptMessages {
     struct Channel {
         std::string name;
         std::weak_ptr<platform::ScriptMessageHandler> handler;
+        RateMeter meter{"messages of the page"};
     };
-    static void receive(WebKitUserContentManager* manager, JSCValue* value, const Channel* channel);
+    static void receive(WebKitUserContentManager* manager, JSCValue* value, Channel* channel);
 
     const GRef<WebKitUserContentManager> m_manager =
         GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new());
-    std::vector<std::unique_ptr<const Channel>> m_channels;
+    std::vector<std::unique_ptr<Channel>> m_channels;
     std::vector<SignalHandler> m_signals;
 };
 

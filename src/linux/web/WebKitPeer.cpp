@@ -17,12 +17,12 @@ platform::Color over(const platform::Color& top, const platform::Color& below) {
 } // namespace
 
 WebKitPeer::WebKitPeer(platform::View& view, const platform::WebViewConfiguration& configuration,
-                       WebKitNetworkSession* session, WebKitWebView* related, double featureLevel,
+                       WebKitNetworkSession* session, WebKitWebView* related, const WebOptions& options,
                        const std::shared_ptr<platform::LogSink>& log)
     : WidgetPeer(&view), m_messages(configuration.scriptMessageHandlers),
-      m_webView(newWebView(configuration, session, related, m_messages.manager())),
-      m_load(m_webView.get(), log), m_navigation(m_webView.get(), featureLevel, log),
-      m_requests(m_webView.get(), configuration.developerExtras) {
+      m_webView(newWebView(configuration, session, related, m_messages.manager())), m_trace(m_webView.get()),
+      m_load(m_webView.get(), log), m_navigation(m_webView.get(), options.featureLevel, log),
+      m_requests(m_webView.get()), m_allowsInspection(options.developerExtras) {
     box().setHiding(Hiding::transparent);
     const GdkRGBA clear{0, 0, 0, 0};
     webkit_web_view_set_background_color(m_webView.get(), &clear);
@@ -31,11 +31,12 @@ WebKitPeer::WebKitPeer(platform::View& view, const platform::WebViewConfiguratio
 }
 
 void WebKitPeer::evaluate(std::string_view script) {
+    if (script.empty())
+        return;
+    m_scripts.count();
     // Without a callback the page's process is not asked to send the result back.
-    if (!script.empty())
-        webkit_web_view_evaluate_javascript(m_webView.get(), script.data(),
-                                            static_cast<gssize>(script.size()), nullptr, nullptr, nullptr,
-                                            nullptr, nullptr);
+    webkit_web_view_evaluate_javascript(m_webView.get(), script.data(), static_cast<gssize>(script.size()),
+                                        nullptr, nullptr, nullptr, nullptr, nullptr);
 }
 
 void WebKitPeer::setBackground(const platform::Color& color) {
@@ -70,6 +71,14 @@ void WebKitPeer::setNavigationDelegate(std::weak_ptr<platform::NavigationDelegat
 
 void WebKitPeer::setUiDelegate(std::weak_ptr<platform::WebUiDelegate> delegate) {
     m_requests.setDelegate(std::move(delegate));
+}
+
+void WebKitPeer::setInspectable(bool inspectable) {
+    const bool isOpen = inspectable && m_allowsInspection;
+    WebKitWebInspector* const inspector = webkit_web_view_get_inspector(m_webView.get());
+    if (!isOpen && webkit_web_inspector_get_web_view(inspector))
+        webkit_web_inspector_close(inspector);
+    webkit_settings_set_enable_developer_extras(webkit_web_view_get_settings(m_webView.get()), isOpen);
 }
 
 } // namespace kestrin::gtk

@@ -41,11 +41,8 @@ WebKitToolkit::WebKitToolkit(std::shared_ptr<platform::LogSink> log, WebOptions 
 
 std::unique_ptr<platform::WebViewPeer>
 WebKitToolkit::makeWebPeer(platform::View& view, const platform::WebViewConfiguration& configuration) {
-    platform::WebViewConfiguration extended = configuration;
-    extended.developerExtras |= m_options.developerExtras;
     const auto warm = std::exchange(m_warm, {});
-    return std::make_unique<WebKitPeer>(view, extended, m_session.get(), warm.get(), m_options.featureLevel,
-                                        m_log);
+    return std::make_unique<WebKitPeer>(view, configuration, m_session.get(), warm.get(), m_options, m_log);
 }
 
 void WebKitToolkit::clearCache() {

@@ -1,23 +1,15 @@
 #pragma once
 
 #include "linux/toolkit/SignalHandler.h"
+#include "linux/web/WebOptions.h"
 #include "platform/Log.h"
 #include "platform/WebView.h"
 
 #include <webkit/webkit.h>
 
 #include <memory>
-#include <string>
 
 namespace kestrin::gtk {
-
-struct WebOptions {
-    /// Where pages' stored data and cached responses are kept; when both are empty nothing is kept.
-    std::string dataFolder, cacheFolder;
-    double featureLevel = 12;
-    /// Offers the inspector in every page's context menu.
-    bool developerExtras = false;
-};
 
 /// Web views of WebKitGTK. They share one network session that is Kestrin's own: what is cleared or accepted
 /// there touches no other web view of the host. Thread: main.

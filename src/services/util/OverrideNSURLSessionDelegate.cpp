@@ -1,6 +1,6 @@
 #include "services/util/OverrideNSURLSessionDelegate.h"
 
-#include "services/util/CertificatePolicy.h"
+#include "platform/CertificatePolicy.h"
 #include "services/util/Format.h"
 #include "services/util/Singleton.h"
 
@@ -11,7 +11,7 @@ std::shared_ptr<OverrideNSURLSessionDelegate> OverrideNSURLSessionDelegate::getI
 }
 
 bool OverrideNSURLSessionDelegate::acceptServerTrust(const std::string&) {
-    const bool accepts = certificatePolicy == CertificatePolicy::acceptAll;
+    const bool accepts = platform::acceptsEveryServer();
     log("NSURLSession -> Completed HTTPS Challenge");
     return accepts;
 }

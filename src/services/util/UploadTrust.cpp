@@ -1,6 +1,6 @@
 #include "services/util/UploadTrust.h"
 
-#include "services/util/CertificatePolicy.h"
+#include "platform/CertificatePolicy.h"
 #include "services/util/Url.h"
 
 namespace kestrin {
@@ -17,7 +17,7 @@ std::string bareHost(std::string_view host) {
 UploadTrust::UploadTrust(const std::string& url) : m_host(bareHost(urlHost(url).value_or(""))) {}
 
 bool UploadTrust::acceptServerTrust(const std::string& host) {
-    return certificatePolicy == CertificatePolicy::acceptAll && host == m_host;
+    return platform::acceptsEveryServer() && host == m_host;
 }
 
 } // namespace kestrin
