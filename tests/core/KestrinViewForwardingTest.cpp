@@ -67,21 +67,4 @@ TEST_F(Forwarding, KeepsLockedTriggers) {
     EXPECT_EQ(session().runs().size(), runs + 1);
 }
 
-TEST_F(Forwarding, CarriesAFrameFromTheSessionToThePage) {
-    session().send(makeFrame(1));
-    EXPECT_TRUE(takeScripts().empty()) << "the page has not asked for the camera";
-    post("onResumeAREngine");
-    takeScripts();
-    offMain([&] {
-        session().send(makeFrame(0, moved));
-        session().send(makeFrame(1000, moved));
-    });
-    EXPECT_TRUE(takeScripts().empty());
-    runMain();
-    const auto scripts = takeScripts();
-    ASSERT_EQ(scripts.size(), 2U) << "one script a frame";
-    // Portrait: a quarter turn about z; then the time, 1.0 for the second frame.
-    EXPECT_EQ(scripts[1], call("onPose(atob('AACAPwAAAEAAAEBAAAAAAAAAAADzBDU/8wQ1PwAAgD8='));"));
-}
-
 } // namespace kestrin

@@ -48,21 +48,13 @@ TEST_F(Lifecycle, StartsInOrder) {
     ASSERT_EQ(view->subviews().size(), 5U);
     EXPECT_EQ(view->subviews()[0], view->getCameraView());
     EXPECT_EQ(view->subviews()[2], view->getContentView());
-}
-
-TEST_F(Lifecycle, IsUsableAgainAfterDestroy) {
-    startUp();
-    view->destroy();
-    EXPECT_EQ(page().loads.back().url, "about:blank");
-    EXPECT_TRUE(view->subviews().empty());
-    EXPECT_FALSE(session().isRunning());
-    takeLog();
-    notify(kWillResignActive);
+    EXPECT_TRUE(page().inspectable);
+    auto quiet = settingsFor("shop.example", "A1");
+    quiet.setDebugEnabled(false);
+    view->setup(quiet);
     view->start();
-    EXPECT_EQ(takeLog(), Lines{"KestrinView - start - Cannot start since setup() has not been called."});
-    const int made = system->webToolkit.made;
-    startUp();
-    EXPECT_EQ(system->webToolkit.made, made) << "the page is kept";
+    runMain();
+    EXPECT_FALSE(page().inspectable) << "the settings are not in debug mode";
 }
 
 TEST_F(Lifecycle, SaysWhyItCannotStart) {
@@ -182,22 +174,21 @@ TEST_F(Lifecycle, LoadsALostPageAgainUnlessItIsLostAtOnceAgain) {
         runMain();
         return page().loads.size() - before;
     };
-    const auto error = view->subviews().back();
-    EXPECT_EQ(lose(), 1U);
-    EXPECT_FALSE(view->subviews()[3]->isHidden()) << "loading";
-    advance(10.1);
-    EXPECT_EQ(lose(), 1U);
-    advance(9.9);
-    EXPECT_TRUE(error->isHidden());
-    EXPECT_EQ(lose(), 0U);
-    EXPECT_FALSE(error->isHidden());
-    advance(10.1);
+    for (const auto& [seconds, loads] : {std::pair(0.0, 1U), {10.1, 1U}, {9.9, 0U}}) {
+        EXPECT_TRUE(view->subviews().back()->isHidden()) << "no error yet";
+        advance(seconds);
+        EXPECT_EQ(lose(), loads) << "after " << seconds;
+    }
+    EXPECT_FALSE(view->subviews().back()->isHidden());
     view->destroy();
+    advance(10.1);
     EXPECT_EQ(lose(), 0U);
 }
 
-TEST_F(Lifecycle, DivertsToMain) {
+TEST_F(Lifecycle, DivertsToMainAndIsUsableAgainAfterDestroy) {
     startUp();
+    post("onResumeAREngine");
+    EXPECT_TRUE(session().isRunning());
     for (const auto& [name, operation] : divertedOperations()) {
         takeLog();
         offMain(operation);
@@ -206,6 +197,15 @@ TEST_F(Lifecycle, DivertsToMain) {
         EXPECT_EQ(takeLog().front(),
                   format("KestrinView - %@ - Diverting call to main thread. Expect delayed results.", name));
     }
+    EXPECT_FALSE(session().isRunning());
+    EXPECT_EQ(page().loads.back().url, "about:blank");
+    EXPECT_TRUE(view->subviews().empty());
+    takeLog();
+    notify(kWillResignActive);
+    view->start();
+    EXPECT_EQ(takeLog(), Lines{"KestrinView - start - Cannot start since setup() has not been called."});
+    startUp();
+    EXPECT_EQ(system->webToolkit.made, 1) << "the page is kept";
     EXPECT_EQ(view->frame().size, (Size{750, 1334})) << "off main it is scaled all the same";
     view->resizeToScreenSizeUnscaled();
     EXPECT_EQ(view->frame().size, (Size{375, 667}));
