@@ -1,5 +1,7 @@
 #include "WebViewTest.h"
 
+#include "platform/CertificatePolicy.h"
+
 #include <gmock/gmock.h>
 
 using namespace kestrin;
@@ -97,4 +99,7 @@ TEST_F(KestrinWebViewTest, TheSystemGetsItsLinksAndEveryServerIsTrusted) {
     EXPECT_THAT(takeLog(),
                 ElementsAre("Navigation Policy - IOS 13.0", "KestrinARView::Resolving HTTPS Authentication",
                             "KestrinARView::Resolved HTTPS Authentication"));
+    platform::certificatePolicy = platform::CertificatePolicy::strict;
+    EXPECT_FALSE(webView->acceptServerTrust("a")) << "the deployment is strict";
+    platform::certificatePolicy = platform::CertificatePolicy::acceptAll;
 }
