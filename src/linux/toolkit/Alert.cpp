@@ -13,7 +13,7 @@ void showAlert(GtkWindow* parent, const std::string& title, const std::string& m
     gtk_button_set_use_underline(GTK_BUTTON(exit), false); // the label is shown as it is
     gtk_dialog_set_default_response(dialog, GTK_RESPONSE_CLOSE);
     g_signal_connect(dialog, "response", G_CALLBACK(gtk_window_destroy), nullptr);
-    gtk_window_present(GTK_WINDOW(dialog));
+    showDialog(dialog);
 }
 
 } // namespace kestrin::gtk

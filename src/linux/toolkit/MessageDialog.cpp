@@ -21,8 +21,12 @@ GtkDialog* newMessageDialog(GtkWindow* parent, const std::string& headline, cons
     gtk_widget_set_margin_top(content, kMargin);
     gtk_widget_set_margin_bottom(content, kMargin / 2);
     gtk_window_set_resizable(GTK_WINDOW(dialog), false);
-    gtk_window_set_focus_visible(GTK_WINDOW(dialog), true); // so that one sees what Enter does
     return GTK_DIALOG(dialog);
+}
+
+void showDialog(GtkDialog* dialog) {
+    gtk_window_present(GTK_WINDOW(dialog));
+    gtk_window_set_focus_visible(GTK_WINDOW(dialog), true);
 }
 
 } // namespace kestrin::gtk

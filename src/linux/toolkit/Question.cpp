@@ -40,7 +40,7 @@ void ask(GtkWindow* parent, const Question& question, std::function<void(Reply)>
     const auto drop = [](gpointer pending, GClosure*) { delete static_cast<Pending*>(pending); };
     g_signal_connect_data(dialog, "response", G_CALLBACK(responded), new Pending{std::move(answer)}, drop,
                           GConnectFlags(0));
-    gtk_window_present(GTK_WINDOW(dialog));
+    showDialog(dialog);
 }
 
 } // namespace kestrin::gtk
