@@ -39,10 +39,10 @@ std::array<int, 3> pixel(const PixelBuffer& picture, int x, int y) {
 
 TEST_F(CaptureTest, TheTestPictureHasTheFullRange) {
     ASSERT_TRUE(open("test"));
-    EXPECT_EQ(
-        system->sharedLog->count("Kestrin::YUVCameraAccess::Supported Frame Rate: Min = 30.000000 Max = "
+    EXPECT_EQ(std::ranges::count(lines(),
+                                 "Kestrin::YUVCameraAccess::Supported Frame Rate: Min = 30.000000 Max = "
                                  "30.000000"),
-        1);
+              1);
     access().start();
     ASSERT_TRUE(consumer->waitFor(4));
     access().stop();

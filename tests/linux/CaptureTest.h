@@ -5,8 +5,10 @@
 #include "linux/toolkit/MainLoopDispatch.h"
 #include "support/FakePlatform.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
+#include <iterator>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -73,6 +75,7 @@ struct CaptureTest : testing::Test {
 
     bool open(const std::string& camera) {
         close();
+        m_lines.clear();
         system = std::make_shared<CameraPlatform>(camera);
         platform::installPlatform(system);
         waitUntil([this] { return !system->cameras.backCameras().empty(); });
@@ -95,12 +98,18 @@ struct CaptureTest : testing::Test {
         system = nullptr;
     }
     static YUVCameraAccess& access() { return *YUVCameraAccess::getInstance(); }
-    std::string lastLine() const {
-        return system->sharedLog->lines().empty() ? "" : system->sharedLog->lines().back();
+    /// What was logged since `open`.
+    const std::vector<std::string>& lines() {
+        std::ranges::move(system->sharedLog->take(), std::back_inserter(m_lines));
+        return m_lines;
     }
+    std::string lastLine() { return lines().empty() ? "" : lines().back(); }
 
     std::shared_ptr<CameraPlatform> system;
     std::shared_ptr<Consumer> consumer;
+
+  private:
+    std::vector<std::string> m_lines;
 };
 
 } // namespace kestrin::gtk

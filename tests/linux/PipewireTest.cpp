@@ -10,14 +10,15 @@ TEST_F(CaptureTest, ACameraOfPipewireComesBackAfterItsDaemonWasKilled) {
     kestrin::test::PrivatePipewire daemon;
     ASSERT_TRUE(open("test PATT")) << lastLine() << ", though part of its name is enough";
     EXPECT_EQ(
-        system->sharedLog->count("Kestrin::YUVCameraAccess::initialise::Back Device Name = Test pattern"), 1);
+        std::ranges::count(lines(), "Kestrin::YUVCameraAccess::initialise::Back Device Name = Test pattern"),
+        1);
     access().start();
     ASSERT_TRUE(consumer->waitFor(5));
     EXPECT_EQ(consumer->newest->planeCount(), 2);
     EXPECT_GT(consumer->times.back(), consumer->times.front());
 
     const auto failures = [&] {
-        return std::ranges::count_if(system->sharedLog->lines(), [](const std::string& line) {
+        return std::ranges::count_if(lines(), [](const std::string& line) {
             return line.starts_with("Kestrin - Camera - Test pattern has stopped: ");
         });
     };

@@ -32,4 +32,12 @@ CameraDescriptions camerasNamed(const CameraDescriptions& cameras, const std::st
     });
 }
 
+CameraDescriptions oncePerDevice(const CameraDescriptions& cameras) {
+    return those(cameras, [&](const CameraDescription& camera) {
+        return camera.isDirect || std::ranges::none_of(cameras, [&](const auto& other) {
+                   return other->isDirect && other->devicePath == camera.devicePath;
+               });
+    });
+}
+
 } // namespace kestrin::gtk

@@ -1,5 +1,6 @@
 #include "linux/capture/CameraFinder.h"
 
+#include "linux/capture/CameraTurn.h"
 #include "linux/capture/FileProbe.h"
 #include "linux/capture/V4l2Controls.h"
 
@@ -11,7 +12,6 @@ namespace kestrin::gtk {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using Weak = std::weak_ptr<CameraFinder>;
 
 constexpr std::string_view kFilePrefix = "file:";
 constexpr const char* kTestFormat = "video/x-raw,format=BGRx,width=640,height=480,framerate=30/1";
@@ -36,23 +36,24 @@ CameraDescription fileCamera(const std::string& path) {
             .fault = faultOfVideo(path)};
 }
 
-/// The device file, under the names that the finders have for it.
-std::string pathOf(GstDevice* device) {
-    const GOwned<GstStructure, gst_structure_free> properties(gst_device_get_properties(device));
-    for (const char* name : {"device.path", "api.v4l2.path"})
-        if (const char* path = properties ? gst_structure_get_string(properties.get(), name) : nullptr)
-            return path;
-    return {};
+using Properties = GOwned<GstStructure, gst_structure_free>;
+
+std::string textOf(const Properties& properties, const char* name) {
+    const char* text = properties ? gst_structure_get_string(properties.get(), name) : nullptr;
+    return text ? text : "";
 }
 
 CameraDescription describe(GstDevice* device) {
     const GText name(gst_device_get_display_name(device));
-    const std::string path = pathOf(device);
+    const Properties properties(gst_device_get_properties(device));
+    const std::string direct = textOf(properties, "device.path");
+    const std::string path = direct.empty() ? textOf(properties, "api.v4l2.path") : direct;
     return {.name = name ? name.get() : "camera",
             .makeSource = [kept = GRef<GstDevice>::ref(
                                device)] { return gst_device_create_element(kept.get(), nullptr); },
             .offered = GstCapsPtr(gst_device_get_caps(device)),
             .devicePath = path,
+            .isDirect = !direct.empty(),
             .canFocus = V4l2Controls(path).canFocusContinuously()};
 }
 
@@ -60,18 +61,23 @@ std::shared_ptr<const CameraDescription> kept(CameraDescription camera) {
     return std::make_shared<const CameraDescription>(std::move(camera));
 }
 
-} // namespace
-
-std::shared_ptr<CameraFinder> CameraFinder::make(std::string camera, platform::Dispatch& dispatch) {
-    std::shared_ptr<platform::SerialQueue> queue = dispatch.makeSerialQueue("camera_search");
-    const auto end = [queue](CameraFinder* finder) { queue->async([finder] { delete finder; }); };
-    return {new CameraFinder(std::move(camera), queue), end};
+/// Asks without watching: a watch on PipeWire does not see its daemon go, nor come back, and does not survive
+/// it.
+CameraDescriptions devices() {
+    const auto monitor = GRef<GstDeviceMonitor>::adopt(gst_device_monitor_new());
+    gst_device_monitor_add_filter(monitor.get(), "Video/Source", nullptr);
+    CameraDescriptions found;
+    GList* listed = gst_device_monitor_get_devices(monitor.get());
+    for (GList* device = listed; device; device = device->next)
+        found.push_back(kept(describe(GST_DEVICE(device->data))));
+    g_list_free_full(listed, gst_object_unref);
+    return oncePerDevice(found);
 }
 
-CameraFinder::CameraFinder(std::string camera, std::shared_ptr<platform::SerialQueue> queue)
-    : m_camera(std::move(camera)), m_queue(std::move(queue)) {}
+} // namespace
 
-CameraFinder::~CameraFinder() { stopWatching(); }
+CameraFinder::CameraFinder(std::string camera, platform::Dispatch& dispatch)
+    : m_camera(std::move(camera)), m_queue(dispatch.makeSerialQueue("camera_search")) {}
 
 void CameraFinder::begin() {
     {
@@ -86,10 +92,21 @@ void CameraFinder::begin() {
 void CameraFinder::lookAgain() {
     {
         const std::lock_guard lock(m_mutex);
-        if (std::exchange(m_isAsked, true))
+        if (m_began == Clock::time_point() || std::exchange(m_isAsked, true))
             return;
     }
-    later(&CameraFinder::look);
+    m_queue->async([weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            self->look();
+    });
+}
+
+std::shared_ptr<void> CameraFinder::hold() {
+    return {this, [self = shared_from_this(), turn = CameraTurn::hold()](void*) mutable {
+                turn.reset();
+                if (self->m_isDeferred.exchange(false))
+                    self->lookAgain();
+            }};
 }
 
 void CameraFinder::lose(const CameraDescription& camera) {
@@ -114,13 +131,6 @@ bool CameraFinder::waitForFirstLook(double seconds) const {
     return m_looked.wait_until(lock, end, [this] { return m_hasLooked; });
 }
 
-void CameraFinder::later(void (CameraFinder::*step)()) {
-    m_queue->async([weak = weak_from_this(), step] {
-        if (const auto self = weak.lock())
-            (self.get()->*step)();
-    });
-}
-
 void CameraFinder::look() {
     {
         const std::lock_guard lock(m_mutex);
@@ -133,43 +143,16 @@ void CameraFinder::look() {
     else if (m_camera.starts_with(kFilePrefix))
         publish({kept(fileCamera(m_camera.substr(kFilePrefix.size())))});
     else
-        watchDevices();
+        lookForDevices();
 }
 
-// Always a new monitor: one that was connected to a PipeWire daemon does not see it go, nor come back.
-void CameraFinder::watchDevices() {
-    stopWatching();
-    m_monitor = GRef<GstDeviceMonitor>::adopt(gst_device_monitor_new());
-    gst_device_monitor_add_filter(m_monitor.get(), "Video/Source", nullptr);
-    const auto bus = GRef<GstBus>::adopt(gst_device_monitor_get_bus(m_monitor.get()));
-    const auto hear = [](GstBus*, GstMessage* message, gpointer weak) {
-        if (const auto self = static_cast<Weak*>(weak)->lock())
-            self->later(&CameraFinder::listDevices);
-        gst_message_unref(message);
-        return GST_BUS_DROP;
-    };
-    gst_bus_set_sync_handler(bus.get(), hear, new Weak(weak_from_this()),
-                             [](gpointer weak) { delete static_cast<Weak*>(weak); });
-    gst_device_monitor_start(m_monitor.get());
-    listDevices();
-}
-
-void CameraFinder::listDevices() {
-    CameraDescriptions found;
-    GList* devices = gst_device_monitor_get_devices(m_monitor.get());
-    for (GList* device = devices; device; device = device->next)
-        found.push_back(kept(describe(GST_DEVICE(device->data))));
-    g_list_free_full(devices, gst_object_unref);
-    publish(camerasNamed(found, m_camera));
-}
-
-void CameraFinder::stopWatching() {
-    if (!m_monitor)
+void CameraFinder::lookForDevices() {
+    m_isDeferred = true;
+    const auto turn = CameraTurn::look();
+    if (!turn)
         return;
-    gst_device_monitor_stop(m_monitor.get());
-    const auto bus = GRef<GstBus>::adopt(gst_device_monitor_get_bus(m_monitor.get()));
-    gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
-    m_monitor.reset();
+    m_isDeferred = false;
+    publish(camerasNamed(devices(), m_camera));
 }
 
 void CameraFinder::publish(CameraDescriptions found) {

@@ -168,6 +168,7 @@ void CapturePipeline::later(void (CapturePipeline::*step)()) {
 void CapturePipeline::play() {
     if (!m_pipeline && !build())
         return onFailure("GStreamer lacks an element for it");
+    m_hold = m_source.hold();
     gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING);
     unwatch();
     if (m_source.isLive)
@@ -232,12 +233,12 @@ void CapturePipeline::onFailure(const std::string& reason) {
             return; // what follows a failure is told already
         ++m_run;
     }
-    if (m_source.whenLost)
-        m_source.whenLost();
+    m_source.whenLost();
     m_log->write("Kestrin - Camera - " + m_source.name + " has stopped: " + reason);
     unwatch();
     if (m_pipeline)
         gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
+    m_hold.reset();
 }
 
 void CapturePipeline::onSample(GstSample* sample) {

@@ -17,12 +17,13 @@ namespace kestrin::gtk {
 
 /// Where the pictures come from.
 struct PictureSource {
-    std::string name;                    ///< for the log
-    GRef<GstElement> element;            ///< not yet in a pipeline
-    bool isLive = true;                  ///< else it is played at its own pace, again and again
-    bool isMirrored = false;             ///< left and right change places
-    std::function<void()> whenLost = {}; ///< called after a failure. Thread: control
-    GstCapsPtr mode = {};                ///< what is asked of it; null leaves that to it
+    std::string name;                                 ///< for the log
+    GRef<GstElement> element;                         ///< not yet in a pipeline
+    bool isLive = true;                               ///< else it is played at its own pace, again and again
+    bool isMirrored = false;                          ///< left and right change places
+    std::function<std::shared_ptr<void>()> hold = {}; ///< what it gives is kept while the source is open
+    std::function<void()> whenLost = {};              ///< called at a failure. Thread: control
+    GstCapsPtr mode = {};                             ///< what is asked of it; null leaves that to it
 };
 
 /// From a source to NV12 pictures of full range on a queue. The source is opened with the first start.
@@ -66,12 +67,13 @@ class CapturePipeline : public std::enable_shared_from_this<CapturePipeline> {
     const std::shared_ptr<platform::SerialQueue> m_control;
     const std::shared_ptr<platform::LogSink> m_log;
     const std::shared_ptr<std::atomic<int>> m_held = std::make_shared<std::atomic<int>>(0); ///< pictures out
+    std::shared_ptr<void> m_hold;
     GRef<GstElement> m_pipeline, m_sink;
     GstClockID m_watch = nullptr; ///< fires again and again while a live source runs
 
     RateMeter m_samples{"camera pictures"}; ///< of the thread that brings them
-    std::mutex m_mutex; ///< guards the next
-    unsigned m_run = 0; ///< odd while running
+    std::mutex m_mutex;                     ///< guards the next
+    unsigned m_run = 0;                     ///< odd while running
 
     std::atomic<bool> m_isBusy = false;     ///< the delegate has a picture to take
     std::atomic<int> m_silence = 0;         ///< seconds without a picture

@@ -45,19 +45,13 @@ class Input final : public platform::CaptureInput {
     const double m_slowest;
 };
 
-/// Whether this process itself opens the device file; PipeWire may where it may not.
-bool opensDeviceFile(GstElement* source) {
-    GstElementFactory* factory = gst_element_get_factory(source);
-    return factory && g_strcmp0(GST_OBJECT_NAME(factory), "v4l2src") == 0;
-}
-
 /// What can be said of a camera without asking the camera itself.
 std::string faultOf(const CameraDescription& camera, GstElement* source) {
     if (!camera.fault.empty())
         return camera.fault;
     if (!source)
         return "GStreamer lacks an element for it";
-    const bool isRefused = opensDeviceFile(source) && ::access(camera.devicePath.c_str(), R_OK | W_OK) != 0;
+    const bool isRefused = camera.isDirect && ::access(camera.devicePath.c_str(), R_OK | W_OK) != 0;
     return isRefused ? std::system_category().message(errno) : "";
 }
 
@@ -84,6 +78,7 @@ std::variant<std::shared_ptr<platform::CaptureInput>, std::string> GstCamera::op
         .element = std::move(element),
         .isLive = m_description->isLive,
         .isMirrored = m_isMirrored,
+        .hold = [finder = m_means.finder] { return finder->hold(); },
         .whenLost = [finder = m_means.finder, camera = m_description] { finder->lose(*camera); }};
     return std::make_shared<Input>(std::move(source), m_means, *m_description, m_slowest);
 }

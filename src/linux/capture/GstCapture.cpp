@@ -8,7 +8,8 @@ namespace kestrin::gtk {
 
 namespace {
 
-constexpr double kFirstLook = 0.5; // seconds, once in a process at the most
+constexpr double kFirstLook = 0.5;       // seconds, once in a process at the most
+constexpr double kPipewireTakesOver = 2; // seconds after the kernel
 
 } // namespace
 
@@ -16,7 +17,11 @@ GstCapture::GstCapture(const CameraChoice& choice, platform::Dispatch& dispatch,
                        std::shared_ptr<platform::LogSink> log)
     : m_isMirrored(choice.isMirrored), m_log(std::move(log)),
       m_control(dispatch.makeSerialQueue("camera_control")),
-      m_finder(CameraFinder::make(choice.camera, dispatch)) {
+      m_finder(std::make_shared<CameraFinder>(choice.camera, dispatch)),
+      m_watch([finder = m_finder, &dispatch] {
+          finder->lookAgain();
+          dispatch.mainAfter(kPipewireTakesOver, [finder] { finder->lookAgain(); });
+      }) {
     if (!choice.camera.empty())
         m_finder->begin();
 }

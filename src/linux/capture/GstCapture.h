@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/capture/CameraFinder.h"
+#include "linux/capture/DeviceWatch.h"
 #include "platform/Capture.h"
 #include "platform/Log.h"
 
@@ -15,7 +16,7 @@ struct CameraChoice {
 };
 
 /// The cameras that GStreamer finds: the kernel's, PipeWire's and libcamera's. The search begins at once when
-/// one is named, else with the first question. Thread: any.
+/// one is named, else with the first question. Made and destroyed on main.
 class GstCapture final : public platform::CaptureSystem {
   public:
     GstCapture(const CameraChoice& choice, platform::Dispatch& dispatch,
@@ -28,6 +29,7 @@ class GstCapture final : public platform::CaptureSystem {
     const std::shared_ptr<platform::LogSink> m_log;
     const std::shared_ptr<platform::SerialQueue> m_control;
     const std::shared_ptr<CameraFinder> m_finder;
+    const DeviceWatch m_watch;
 };
 
 } // namespace kestrin::gtk

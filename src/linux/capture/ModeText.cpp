@@ -12,8 +12,14 @@ namespace kestrin::gtk {
 namespace {
 
 std::string kindOf(const GstStructure* mode) {
-    if (const char* format = gst_structure_get_string(mode, "format"))
-        return format;
+    const GValue* format = gst_structure_get_value(mode, "format");
+    std::string formats;
+    for (guint i = 0; format && GST_VALUE_HOLDS_LIST(format) && i < gst_value_list_get_size(format); ++i)
+        formats += (i == 0 ? "" : "/") + std::string(g_value_get_string(gst_value_list_get_value(format, i)));
+    if (!formats.empty())
+        return formats;
+    if (const char* one = gst_structure_get_string(mode, "format"))
+        return one;
     std::string_view name = gst_structure_get_name(mode);
     name.remove_prefix(std::min(name.size(), name.find('/') + 1));
     if (name.starts_with("x-"))
