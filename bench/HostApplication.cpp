@@ -14,8 +14,9 @@
 
 namespace kestrin::bench {
 
-std::shared_ptr<MemoryTracking> installPlatform(const std::string& hostMapEntry) {
-    const auto tracking = std::make_shared<MemoryTracking>();
+std::shared_ptr<MemoryTracking> installPlatform(const std::string& hostMapEntry,
+                                                const MemoryPictures& pictures) {
+    const auto tracking = std::make_shared<MemoryTracking>(pictures);
     gtk::Options options;
     options.applicationId = "org.kestrin.Bench";
     options.logLevel = gtk::LogLevel::off;

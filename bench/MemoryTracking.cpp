@@ -4,8 +4,10 @@
 #include "session/PinholeCamera.h"
 
 #include <algorithm>
-#include <array>
+#include <atomic>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 namespace kestrin::bench {
 
@@ -13,44 +15,44 @@ using namespace platform;
 
 namespace {
 
-constexpr int kWidth = 640;
-constexpr int kHeight = 480;
 constexpr std::size_t kGreys = 8;
-const session::CameraModel kModel{{525, 525, 320, 240}, kWidth, kHeight, session::Mounting::upright};
 
-std::shared_ptr<const PixelBuffer> greyPicture(std::uint8_t luma) {
-    auto picture = std::make_shared<session::Nv12Buffer>(kWidth, kHeight);
-    const std::ptrdiff_t lumaBytes = std::ptrdiff_t(picture->stride()) * kHeight;
-    const std::ptrdiff_t allBytes = std::ptrdiff_t(picture->stride()) * picture->rows();
-    std::fill(picture->bytes(), picture->bytes() + lumaBytes, luma);
-    std::fill(picture->bytes() + lumaBytes, picture->bytes() + allBytes, std::uint8_t(128));
+session::CameraModel modelOf(const MemoryPictures& of) {
+    const double focal = 525 * of.width / 640.0;
+    return {{float(focal), float(focal), float(of.width) / 2, float(of.height) / 2},
+            of.width,
+            of.height,
+            session::Mounting::upright};
+}
+
+/// The print in the middle of one grey.
+std::shared_ptr<const PixelBuffer> makePicture(const MemoryPictures& of, std::uint8_t luma) {
+    auto picture = std::make_shared<session::Nv12Buffer>(of.width, of.height);
+    const std::ptrdiff_t stride = picture->stride();
+    std::uint8_t* const bytes = picture->bytes();
+    std::fill(bytes, bytes + stride * of.height, luma);
+    std::fill(bytes + stride * of.height, bytes + stride * picture->rows(), std::uint8_t(128));
+    const int left = (of.width - of.print.pixelWidth()) / 2, top = (of.height - of.print.pixelHeight()) / 2;
+    for (int y = 0; y < of.print.pixelHeight(); ++y)
+        for (int x = 0; x < of.print.pixelWidth(); ++x)
+            bytes[stride * (top + y) + left + x] =
+                of.print.pixels()[4 * std::size_t(y * of.print.pixelWidth() + x)];
     return picture;
 }
 
-std::shared_ptr<const PixelBuffer> pictureOf(std::uint64_t number) {
-    static const auto pictures = [] {
-        std::array<std::shared_ptr<const PixelBuffer>, kGreys> made;
-        for (std::size_t i = 0; i < kGreys; ++i)
-            made[i] = greyPicture(std::uint8_t(32 + 24 * i));
-        return made;
-    }();
-    return pictures[number % kGreys];
-}
-
-std::shared_ptr<const ArFrame> makeFrame(std::uint64_t number, double timestamp) {
-    auto frame = std::make_shared<ArFrame>();
-    frame->timestamp = timestamp;
-    frame->capturedImage = pictureOf(number);
-    frame->camera =
-        std::make_shared<session::PinholeCamera>(kModel, Matrix::identity(), 3, TrackingReason::none);
-    frame->ambientIntensity = 1000;
-    return frame;
+std::vector<std::shared_ptr<const PixelBuffer>> makePictures(const MemoryPictures& of) {
+    std::vector<std::shared_ptr<const PixelBuffer>> made;
+    for (std::size_t i = 0; i < kGreys; ++i)
+        made.push_back(makePicture(of, std::uint8_t(32 + 24 * i)));
+    return made;
 }
 
 } // namespace
 
 class MemoryTracking::Session : public ArSession {
   public:
+    explicit Session(const MemoryPictures& of) : m_model(modelOf(of)), m_pictures(makePictures(of)) {}
+
     void setDelegate(std::weak_ptr<ArSessionDelegate> delegate) override {
         const std::lock_guard lock(m_mutex);
         m_delegate = std::move(delegate);
@@ -60,7 +62,7 @@ class MemoryTracking::Session : public ArSession {
         m_configuration = configuration;
         m_runs = true;
         if (!m_frame)
-            m_frame = makeFrame(0, 0);
+            m_frame = makeFrame(0);
     }
     void pause() override {
         const std::lock_guard lock(m_mutex);
@@ -76,7 +78,8 @@ class MemoryTracking::Session : public ArSession {
     }
     void removeAnchor(const std::string&) override {}
 
-    bool send(std::shared_ptr<const ArFrame> frame) {
+    bool send(double timestamp) {
+        const auto frame = makeFrame(timestamp);
         std::shared_ptr<ArSessionDelegate> delegate;
         {
             const std::lock_guard lock(m_mutex);
@@ -90,6 +93,19 @@ class MemoryTracking::Session : public ArSession {
     }
 
   private:
+    std::shared_ptr<const ArFrame> makeFrame(double timestamp) {
+        auto frame = std::make_shared<ArFrame>();
+        frame->timestamp = timestamp;
+        frame->capturedImage = m_pictures[m_made++ % m_pictures.size()];
+        frame->camera =
+            std::make_shared<session::PinholeCamera>(m_model, Matrix::identity(), 3, TrackingReason::none);
+        frame->ambientIntensity = 1000;
+        return frame;
+    }
+
+    const session::CameraModel m_model;
+    const std::vector<std::shared_ptr<const PixelBuffer>> m_pictures;
+    std::atomic<std::size_t> m_made = 0;
     mutable std::mutex m_mutex;
     std::weak_ptr<ArSessionDelegate> m_delegate;
     std::optional<ArConfiguration> m_configuration;
@@ -97,12 +113,12 @@ class MemoryTracking::Session : public ArSession {
     bool m_runs = false;
 };
 
-MemoryTracking::MemoryTracking() : m_session(std::make_shared<Session>()) {}
+MemoryTracking::MemoryTracking(const MemoryPictures& of) : m_session(std::make_shared<Session>(of)) {}
 
 MemoryTracking::~MemoryTracking() = default;
 
 std::shared_ptr<ArSession> MemoryTracking::makeSession() { return m_session; }
 
-bool MemoryTracking::send(double timestamp) { return m_session->send(makeFrame(m_sent++, timestamp)); }
+bool MemoryTracking::send(double timestamp) { return m_session->send(timestamp); }
 
 } // namespace kestrin::bench

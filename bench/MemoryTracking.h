@@ -2,19 +2,21 @@
 
 #include "platform/ArSession.h"
 
-#include <cstdint>
 #include <memory>
-#include <mutex>
-#include <optional>
 
 namespace kestrin::bench {
 
-/// A world-tracking source whose frames lie in memory, 640x480: the thread that calls `send` is the session
+struct MemoryPictures {
+    int width = 640, height = 480;
+    platform::Image print; ///< in the middle of each picture; smaller than it
+};
+
+/// A world-tracking source whose frames lie in memory: the thread that calls `send` is the session
 /// thread. Each picture is of one grey that differs from that of the picture before. Thread: any; `send` one
 /// call at a time.
 class MemoryTracking : public platform::WorldTracking {
   public:
-    MemoryTracking();
+    explicit MemoryTracking(const MemoryPictures& of);
     ~MemoryTracking() override;
 
     bool isSupported() const override { return true; }
@@ -27,7 +29,6 @@ class MemoryTracking : public platform::WorldTracking {
   private:
     class Session;
     const std::shared_ptr<Session> m_session;
-    std::uint64_t m_sent = 0;
 };
 
 } // namespace kestrin::bench
