@@ -17,7 +17,7 @@ struct Described {
 /// In the order of Topic.
 constexpr std::array<Described, 5> kTopics{{
     {"web", "what a page loads, with status and milliseconds"},
-    {"console", "what a page writes to its console, on standard output"},
+    {"console", "what a page writes to its console; WebKit prints it itself"},
     {"network", "the native side's requests, with status, size and milliseconds"},
     {"camera", "how a camera's pictures come to be: pipeline, format, states"},
     {"rates", "once a second: pictures of the camera and drawn, scripts to the page, its messages"},

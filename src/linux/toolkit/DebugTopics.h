@@ -10,7 +10,7 @@ namespace kestrin::gtk {
 /// What can be looked at more closely, with lines of its own.
 enum class Topic : unsigned {
     web,     ///< what a page loads
-    console, ///< what it writes to its console; WebKit puts that on standard output
+    console, ///< what it writes to its console, which WebKit prints on standard error
     network, ///< the native side's requests
     camera,  ///< how a camera's pictures come to be
     rates    ///< what happens many times a second
