@@ -16,7 +16,10 @@ class TemporaryFolder {
             (std::filesystem::temp_directory_path() / "kestrin-").string() + std::string(6, 'X');
         m_path = mkdtemp(name.data());
     }
-    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
+    ~TemporaryFolder() {
+        std::error_code ignored; // a process that ends may still be at work in it
+        std::filesystem::remove_all(m_path, ignored);
+    }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
