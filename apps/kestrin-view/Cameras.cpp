@@ -17,7 +17,7 @@ constexpr double kLongestSearch = 10; // seconds
 constexpr std::string_view kFilePrefix = "file:";
 
 gtk::CameraDescriptions allCameras(platform::Dispatch& dispatch) {
-    const auto finder = gtk::CameraFinder::make("", dispatch);
+    const auto finder = std::make_shared<gtk::CameraFinder>("", dispatch);
     finder->begin();
     finder->waitForFirstLook(kLongestSearch);
     return finder->cameras();
