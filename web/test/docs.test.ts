@@ -45,24 +45,18 @@ describe('the documents', () => {
 
   it('show payloads that mean what they say', () => {
     const examples = [...protocol.matchAll(/^\| .* \| `([A-Za-z0-9+/]+=*)` \|$/gm)].map((match) => atob(match[1]!));
-    const identity = [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1];
-    const [timed, pose, matrix, light, vertices, indices] = examples as [
-      string,
-      string,
-      string,
-      string,
-      string,
-      string,
-    ];
-    expect(decodeCameraPose(timed)).toMatchObject({ position: [0, 0, 0], orientation: [0, 0, 0, 1], timestamp: 1.5 });
-    expect(decodePose(pose)).toMatchObject({ position: [1, 2, 3], orientation: [0, 0, 0, 1] });
-    expect(decodeMatrix(matrix)).toEqual(identity);
-    expect(decodeFloat(light)).toBe(0.5);
-    expect(decodeVectors(vertices)).toEqual([
-      [1, 2, 3],
-      [4, 5, 6],
+    const decoders = [decodeCameraPose, decodePose, decodeMatrix, decodeFloat, decodeVectors, decodeIndices];
+    expect(decoders.map((decode, i) => decode(examples[i]!))).toMatchObject([
+      { position: [0, 0, 0], orientation: [0, 0, 0, 1], timestamp: 1.5 },
+      { position: [1, 2, 3], orientation: [0, 0, 0, 1] },
+      [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1],
+      0.5,
+      [
+        [1, 2, 3],
+        [4, 5, 6],
+      ],
+      [0, 1, -1],
     ]);
-    expect(decodeIndices(indices)).toEqual([0, 1, -1]);
     const texts = [...protocol.matchAll(/`(W3si|eyJl)([A-Za-z0-9+/]+=*)`/g)].map((match) =>
       JSON.parse(atob(match[1]! + match[2]!)),
     );

@@ -1,5 +1,5 @@
 import { describe, expect, it } from 'vitest';
-import { CameraPose, Pose, Projection, type Matrix4 } from '../src/client/index.js';
+import { Pose, Projection, type Matrix4 } from '../src/client/index.js';
 
 const half = Math.SQRT1_2;
 
@@ -7,22 +7,11 @@ function transform(m: Readonly<Matrix4>, v: number[]): number[] {
   return [0, 1, 2, 3].map((row) => v.reduce((sum, x, column) => sum + m[4 * column + row]! * x, 0));
 }
 
-describe('a pose', () => {
+it('a pose takes local points to the world and back', () => {
   const turned = new Pose([1, 2, 3], [0, half, 0, half]); // a quarter to the left
-
-  it('takes local points to the world', () => {
-    const [x, y, z] = transform(turned.matrix, [0, 0, -1, 1]); // one metre ahead
-    expect([x, y, z]).toEqual([expect.closeTo(0), 2, expect.closeTo(3)]);
-  });
-
-  it('and back', () => {
-    const point = [0.3, -4, 5, 1];
-    transform(turned.inverse, transform(turned.matrix, point)).forEach((v, i) => expect(v).toBeCloseTo(point[i]!));
-  });
-
-  it('tells its time in seconds', () => {
-    expect(new CameraPose([0, 0, 0], [0, 0, 0, 1], 0.5).seconds).toBe(500);
-  });
+  const ahead = transform(turned.matrix, [0, 0, -1, 1]);
+  expect(ahead).toEqual([expect.closeTo(0), 2, expect.closeTo(3), 1]);
+  expect(transform(turned.inverse, ahead)).toEqual([0, 0, -1, 1].map((v) => expect.closeTo(v) as number));
 });
 
 describe('a projection with the page’s own depth range', () => {
@@ -41,7 +30,6 @@ describe('a projection with the page’s own depth range', () => {
 
   it.each([
     [0.02, 100],
-    [1, 200000],
     [0.5, Infinity],
   ])('maps %d … %d to the clip range', (near, far) => {
     const rebuilt = new Projection(native).matrix(near, far);

@@ -11,29 +11,6 @@ describe('messages', () => {
     expect(decodeBody(bodies[0]!)).toEqual({ eventName: 'onOpenExternalUrl', data: { url: text } });
   });
 
-  it('carry a picture of many megabytes', () => {
-    const { client, posted } = makePage();
-    const image = 'data:image/png;base64,' + 'A'.repeat(6_000_000);
-    client.commands.captureScreenshot({ image });
-    expect(posted()).toEqual([{ eventName: 'onCaptureScreenshot', data: { image } }]);
-  });
-
-  it('are submitted as a bare word', () => {
-    const { client, bodies } = makePage();
-    client.submit();
-    expect(bodies).toEqual(['onSubmit']);
-  });
-
-  it('start: ready, then the camera, then tracking', () => {
-    const { client, posted } = makePage();
-    client.start();
-    expect(posted()).toEqual([
-      { eventName: 'onWebGLReady' },
-      { eventName: 'onResumeAREngine' },
-      { eventName: 'onStartMarkerless' },
-    ]);
-  });
-
   it('go nowhere in an ordinary browser, which is said once', () => {
     const { warn } = silenceConsole();
     const page: NativePage = {};
@@ -94,11 +71,5 @@ describe('scanning', () => {
     await vi.advanceTimersByTimeAsync(10_000);
     expect(await snap).toBeUndefined();
     expect(posted()).toHaveLength(2);
-  });
-
-  it('answers at once where there is no native side', async () => {
-    silenceConsole();
-    expect(await new KestrinClient({}).commands.scanMarker()).toBeUndefined();
-    vi.restoreAllMocks();
   });
 });
