@@ -24,6 +24,10 @@ std::optional<std::string> applicationIn(std::string_view link) {
     return application ? application : KestrinNavigator::valueForKey("app", items);
 }
 
+void logMissing(const char* operation) {
+    log("KestrinNavigator - %@ - Context is null, need to reload.", operation);
+}
+
 bool isMakersHost(std::string_view link) {
     const auto host = percentDecode(urlHost(link).value_or(std::string_view()));
     return host == Deployment::kWebDomain || host == Deployment::kWebHost;
@@ -50,31 +54,19 @@ void KestrinNavigator::setBackgroundColor(const platform::Color& color) {
         context->setBackgroundColor(color);
 }
 
-void KestrinNavigator::goBack() {
-    if (divertToMain([self = shared_from_this()] { self->goBack(); }))
-        return;
-    if (context)
-        context->goBack();
-    else
-        log("KestrinNavigator - goBack() - Context is null, need to reload.");
-}
+void KestrinNavigator::goBack() { drive("goBack()", &KestrinWebView::goBack); }
 
-void KestrinNavigator::goForward() {
-    if (divertToMain([self = shared_from_this()] { self->goForward(); }))
-        return;
-    if (context)
-        context->goForward();
-    else
-        log("KestrinNavigator - goForward() - Context is null, need to reload.");
-}
+void KestrinNavigator::goForward() { drive("goForward()", &KestrinWebView::goForward); }
 
-void KestrinNavigator::clearCache() {
-    if (divertToMain([self = shared_from_this()] { self->clearCache(); }))
+void KestrinNavigator::clearCache() { drive("clearCache()", &KestrinWebView::clearCache); }
+
+void KestrinNavigator::drive(const char* operation, void (KestrinWebView::*step)()) {
+    if (divertToMain([self = shared_from_this(), operation, step] { self->drive(operation, step); }))
         return;
     if (context)
-        context->clearCache();
+        (context.get()->*step)();
     else
-        log("KestrinNavigator - clearCache() - Context is null, need to reload.");
+        logMissing(operation);
 }
 
 void KestrinNavigator::goTo(const std::optional<std::string>& url) {
@@ -84,7 +76,7 @@ void KestrinNavigator::goTo(const std::optional<std::string>& url) {
     if (context)
         context->loadUrl(url, false);
     else
-        log("KestrinNavigator - goTo() - Context is null, need to reload.");
+        logMissing("goTo()");
 }
 
 void KestrinNavigator::reload() { goTo(getLastURL()); }

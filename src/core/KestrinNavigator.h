@@ -57,6 +57,8 @@ class KestrinNavigator : public std::enable_shared_from_this<KestrinNavigator> {
 
   private:
     explicit KestrinNavigator(std::shared_ptr<KestrinWebView> webView) : context(std::move(webView)) {}
+    /// Takes a step on main, or says which operation has no page.
+    void drive(const char* operation, void (KestrinWebView::*step)());
 
     const std::shared_ptr<KestrinWebView> context;
     Snapshot<std::optional<std::string>> lastURL;
