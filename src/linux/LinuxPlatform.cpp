@@ -12,6 +12,7 @@
 #include "linux/toolkit/DebugTopics.h"
 #include "linux/toolkit/DesktopApplication.h"
 #include "linux/toolkit/MainLoopDispatch.h"
+#include "linux/toolkit/StructuredLog.h"
 #include "linux/toolkit/ViewToolkit.h"
 #include "linux/vision/ZxingVision.h"
 #include "linux/web/WebKitToolkit.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "linux/network/HostMap.h"
-#include "linux/toolkit/StructuredLog.h"
+#include "linux/toolkit/LogLevel.h"
 #include "platform/ArSession.h"
 #include "platform/Matrix.h"
 #include "platform/Orientation.h"

@@ -1,15 +1,10 @@
 #pragma once
 
+#include "linux/toolkit/LogLevel.h"
 #include "linux/toolkit/LogLines.h"
 #include "platform/Log.h"
 
 namespace kestrin::gtk {
-
-enum class LogLevel {
-    off,
-    info, ///< the lines of `platform::LogSink`
-    debug ///< and those of every topic of KESTRIN_DEBUG
-};
 
 /// Sends each line, as a message, to GLib's structured logging. Thread: any.
 class StructuredLog final : public platform::LogSink {

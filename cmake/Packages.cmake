@@ -1,0 +1,36 @@
+# Debian packages: libkestrin0 (the libraries), libkestrin-dev, kestrin-tools.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME kestrin)
+set(CPACK_PACKAGE_VENDOR Kestrin)
+set(CPACK_PACKAGE_CONTACT "The Kestrin developers <developers@kestrin.org>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Web-authored augmented reality over the camera picture")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL runtime dev tools)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libkestrin${PROJECT_VERSION_MAJOR})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "The view for GTK 4, its sessions and its content server.")
+# What is found by name at run time.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS
+  "bubblewrap, glib-networking, gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, gstreamer1.0-libav, xdg-dbus-proxy")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "gstreamer1.0-pipewire, gstreamer1.0-libcamera, xdg-utils")
+
+set(CPACK_DEBIAN_DEV_PACKAGE_NAME libkestrin-dev)
+set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
+set(CPACK_COMPONENT_DEV_DESCRIPTION "Headers and package files, for building a host application.")
+set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "libboost-json1.81-dev, libgtk-4-dev, pkg-config")
+set(CPACK_COMPONENT_DEV_DEPENDS runtime)
+
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME kestrin-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "kestrin-view, kestrin-serve and kestrin-record.")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "tesseract-ocr-eng")
+set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
+include(CPack)
