@@ -2,8 +2,9 @@
 
 #include "Stage.h"
 
-#include "services/util/Json.h"
+#include "session/Geometry.h"
 
+#include <boost/json/parse.hpp>
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -22,13 +23,7 @@ constexpr double kTurn = 0.3; // radians about y, of everything that is posed
 
 /// Turned, at a place.
 Matrix posed(float x, float y, float z) {
-    const auto c = float(std::cos(kTurn)), s = float(std::sin(kTurn));
-    Matrix matrix;
-    matrix[0] = {c, 0, -s, 0};
-    matrix[1] = {0, 1, 0, 0};
-    matrix[2] = {s, 0, c, 0};
-    matrix[3] = {x, y, z, 1};
-    return matrix;
+    return session::rigid({0, float(std::sin(kTurn / 2)), 0, float(std::cos(kTurn / 2))}, {x, y, z});
 }
 
 template <class Anchor>
@@ -192,10 +187,7 @@ TEST_F(Events, MeshesReachThePageAsTheyWereSent) {
     expectAnchor("plane", 1, 1.5, 2, 1.5, 0.75);
     ASSERT_FALSE(HasFatalFailure());
     const value& mesh = stage->told("planeUpdated").back().at("geometry");
-    expectNumbers(mesh.at("indices"), {0, 1, 2});
-    expectNumbers(mesh.at("vertices").at(0), {0, 0, 0});
-    expectNumbers(mesh.at("vertices").at(1), {1, 0, 0});
-    expectNumbers(mesh.at("vertices").at(2), {0.5, 0, -1});
+    EXPECT_EQ(mesh, boost::json::parse(R"({"vertices":[[0,0,0],[1,0,0],[0.5,0,-1]],"indices":[0,1,2]})"));
 }
 
 TEST_F(Events, TriggersReachThePageAsTheyWereSent) {

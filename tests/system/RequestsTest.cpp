@@ -5,6 +5,7 @@
 
 #include "content/lookup/CameraLookup.h"
 #include "linux/storage/PixbufCodec.h"
+#include "services/util/Singleton.h"
 #include "session/RoomFile.h"
 #include "support/ExifDate.h"
 #include "support/TemporaryFolder.h"
@@ -49,6 +50,7 @@ Image imageIn(const fs::path& file) {
 }
 
 struct Requests : testing::Test {
+    Requests() { resetSingletons(); } // one of them settles at its first use whether codes are looked for
     void open() {
         stage.emplace(options);
         ASSERT_TRUE(stage->runUntil([&] { return stage->told("pose").size() > 5; }, kPatience));
