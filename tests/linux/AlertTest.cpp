@@ -1,53 +1,39 @@
 #include "ToolkitTest.h"
 
-#include <algorithm>
-
 namespace kestrin::test {
 
 namespace {
 
 struct AlertTest : ToolkitTest {
-    /// The dialogs that are shown.
-    static std::vector<GtkWindow*> dialogs() {
-        std::vector<GtkWindow*> found;
-        GListModel* all = gtk_window_get_toplevels();
-        for (guint i = 0; i < g_list_model_get_n_items(all); ++i) {
-            const auto each =
-                gtk::GRef<GtkWindow>::adopt(static_cast<GtkWindow*>(g_list_model_get_item(all, i)));
-            if (GTK_IS_MESSAGE_DIALOG(each.get()) && gtk_widget_get_mapped(GTK_WIDGET(each.get())))
-                found.push_back(each.get());
-        }
-        return found;
-    }
-    void alert() { system->desktop.showAlert("Title <b>", "Message %s \xFF", "_Close"); }
+    GListModel* const windows = gtk_window_get_toplevels();
+    guint count() const { return g_list_model_get_n_items(windows); }
 };
 
 } // namespace
 
 TEST_F(AlertTest, IsModalAndGoesWithItsButtonWhetherThereIsAWindowOrNot) {
-    alert();
-    ASSERT_TRUE(runUntil([] { return dialogs().size() == 1; }));
-    g_autofree char* title = nullptr;
-    g_autofree char* message = nullptr;
-    g_object_get(dialogs()[0], "text", &title, "secondary-text", &message, nullptr);
-    EXPECT_STREQ(title, "Title <b>");
-    EXPECT_STREQ(message, "Message %s \uFFFD");
-    EXPECT_TRUE(gtk_window_get_modal(dialogs()[0]));
-
     const auto view = makeBox({{0, 0}, {200, 120}}, kRed);
-    GtkWindow* const host = show(*view);
-    alert();
-    ASSERT_TRUE(runUntil([] { return dialogs().size() == 2; }));
-    const auto shown = dialogs();
-    const auto second = std::ranges::find(shown, host, gtk_window_get_transient_for);
-    ASSERT_NE(second, shown.end());
-    GtkWidget* const button = gtk_window_get_default_widget(*second);
-    EXPECT_STREQ(gtk_button_get_label(GTK_BUTTON(button)), "_Close");
-    EXPECT_FALSE(gtk_button_get_use_underline(GTK_BUTTON(button)));
-    gtk_widget_activate(button);
-    EXPECT_TRUE(runUntil([] { return dialogs().size() == 1; }));
-    gtk_window_close(dialogs()[0]);
-    EXPECT_TRUE(runUntil([] { return dialogs().empty(); }));
+    for (const bool hasWindow : {false, true}) {
+        GtkWindow* const host = hasWindow ? show(*view) : nullptr;
+        const guint before = count();
+        system->desktop.showAlert("Title <b>", "Message %s \xFF", "_Close");
+        ASSERT_EQ(count(), before + 1);
+        const auto dialog =
+            gtk::GRef<GtkWindow>::adopt(static_cast<GtkWindow*>(g_list_model_get_item(windows, before)));
+        ASSERT_TRUE(runUntil([&] { return gtk_widget_get_mapped(GTK_WIDGET(dialog.get())); }));
+        g_autofree char* title = nullptr;
+        g_autofree char* message = nullptr;
+        g_object_get(dialog.get(), "text", &title, "secondary-text", &message, nullptr);
+        EXPECT_STREQ(title, "Title <b>");
+        EXPECT_STREQ(message, "Message %s \uFFFD");
+        EXPECT_TRUE(gtk_window_get_modal(dialog.get()));
+        EXPECT_EQ(gtk_window_get_transient_for(dialog.get()), host);
+        GtkWidget* const button = gtk_window_get_default_widget(dialog.get());
+        EXPECT_STREQ(gtk_button_get_label(GTK_BUTTON(button)), "_Close");
+        EXPECT_FALSE(gtk_button_get_use_underline(GTK_BUTTON(button)));
+        gtk_widget_activate(button);
+        EXPECT_TRUE(runUntil([&] { return count() == before; }));
+    }
 }
 
 } // namespace kestrin::test

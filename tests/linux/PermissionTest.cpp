@@ -2,6 +2,7 @@
 
 #include "MockPortal.h"
 
+#include "linux-web/MainLoop.h"
 #include "linux/permission/DesktopPermissions.h"
 #include "linux/storage/FileContents.h"
 #include "linux/toolkit/Email.h"
@@ -11,7 +12,6 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <optional>
 
 namespace kestrin::test {
@@ -29,15 +29,6 @@ constexpr PortalLimits kPatient{30, 30};
 struct PermissionTest : testing::Test {
     PermissionTest() { PrivateBus::none(); }
 
-    bool runUntil(const std::function<bool()>& done) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        const guint tick = g_timeout_add(
-            2, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-        while (!done() && std::chrono::steady_clock::now() < end)
-            g_main_context_iteration(nullptr, TRUE);
-        g_source_remove(tick);
-        return done();
-    }
     std::shared_ptr<gtk::DesktopPermissions> make(gtk::DesktopPermissions::Options options = {}) {
         const auto ask = [this](const gtk::Question&, std::function<void(Reply)> answer) {
             ++questions;
@@ -157,17 +148,13 @@ TEST_F(PermissionTest, AnEmailGoesThroughThePortalWhereOneAnswersElseToAProgram)
         EXPECT_THAT(portal.calls, ElementsAre("ComposeEmail"));
         EXPECT_THAT(portal.options, HasSubstr("'body': <'hello'>"));
         EXPECT_THAT(portal.pieces, ElementsAre("bytes"));
-        dispatch.mainAfter(0.2, [&] { failures.emplace_back("none"); });
-        EXPECT_TRUE(runUntil([&] { return !failures.empty(); }));
+        runFor(0.2);
         EXPECT_FALSE(std::filesystem::exists(folder / "told"));
     }
-    failures.clear();
     compose({"two\nlines", picture});
-    EXPECT_TRUE(runUntil([&] {
-        const auto told = gtk::GRef<GFile>::adopt(g_file_new_for_path((folder / "told").c_str()));
-        return gtk::contentsOf(told.get()) ==
-               "--body\ntwo\nlines\n--attach\n" + (folder / "picture.jpg").string() + "\n";
-    }));
+    const auto told = gtk::GRef<GFile>::adopt(g_file_new_for_path((folder / "told").c_str()));
+    const std::string wanted = "--body\ntwo\nlines\n--attach\n" + (folder / "picture.jpg").string() + "\n";
+    EXPECT_TRUE(runUntil([&] { return gtk::contentsOf(told.get()) == wanted; }));
     compose({});
     EXPECT_TRUE(runUntil([&] { return !failures.empty(); }));
     EXPECT_THAT(failures, ElementsAre("No e-mail program could be opened."));

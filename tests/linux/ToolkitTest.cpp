@@ -1,9 +1,9 @@
 #include "linux/ToolkitTest.h"
 
+#include "linux-web/MainLoop.h"
 #include "linux/toolkit/Capture.h"
 #include "linux/toolkit/Widget.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -77,13 +77,7 @@ ToolkitTest::~ToolkitTest() {
 }
 
 bool ToolkitTest::runUntil(const std::function<bool()>& done, double seconds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-    const auto goOn = [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; };
-    const guint tick = g_timeout_add(2, goOn, nullptr); // what `done` looks at may change on another thread
-    while (!done() && std::chrono::steady_clock::now() < end)
-        g_main_context_iteration(nullptr, true);
-    g_source_remove(tick);
-    return done();
+    return test::runUntil(done, seconds);
 }
 
 void ToolkitTest::settle() {
