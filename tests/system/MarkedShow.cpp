@@ -17,7 +17,7 @@ constexpr double kSecondsAPose =
     2.5; ///< of the camera's path, so that two frames are never taken for one another
 constexpr double kMarkRadius = 0.022, kMarkWidth = 0.1; ///< metres
 constexpr double kTableTop = 0.7505;                    ///< metres above the floor
-constexpr double kDiscRadius = 6.5;                     ///< pixels
+constexpr double kDiscRadius = 6.5;                     ///< points
 constexpr double kReach = 20;  ///< pixels around a disc in which its mark is looked for, in a picture of 640
 constexpr double kMissed = 99; ///< pixels, for a disc without a mark
 constexpr std::array<double, 3> kMagenta{255, 0, 255};
@@ -70,7 +70,8 @@ Spread MarkedShow::measure(int poses) {
     for (int pose = 0; pose < poses && next(); ++pose) {
         const auto [shorter, longer] = std::minmax(camera().pixelWidth(), camera().pixelHeight());
         const double reach = kReach * std::max(1.0, std::max(longer / 640.0, shorter / 480.0));
-        for (const platform::Point& disc : discs(kMagenta, kDiscRadius)) {
+        const double density = composed().pixelWidth() / stage().view().frame().size.width;
+        for (const platform::Point& disc : discs(kMagenta, kDiscRadius * density)) {
             const auto mark = findMark(camera(), disc, reach);
             distances.push_back(mark ? distance(mark->centre, disc) : kMissed);
         }

@@ -104,10 +104,14 @@ void Stage::close() {
     runFor(0.05);
 }
 
-void Stage::start() {
+KestrinSettings Stage::settings() const {
     auto settings = KestrinSettings::initWithKeyString(m_server.keyString(content::Form::Direct));
     settings.setTemplateUrl(settings.getTemplateUrl() + queryOf(m_options));
-    m_view->setup(settings);
+    return settings;
+}
+
+void Stage::start() {
+    m_view->setup(settings());
     m_view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
                                      [this](const boost::json::object& event) {
                                          const auto* data = findMember(event, {"data"});

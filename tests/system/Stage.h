@@ -53,6 +53,8 @@ class Stage {
     /// Closes the window and drops the view, and makes new ones.
     void reopen();
 
+    /// Of the page it shows.
+    KestrinSettings settings() const;
     KestrinView& view() { return *m_view; }
     session::SourcedTracking& tracking() { return *m_tracking; }
     GtkWindow* window() { return m_window.get(); }

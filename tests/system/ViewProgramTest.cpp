@@ -57,6 +57,9 @@ TEST(ViewProgram, SaysInOneLineWhatIsWrong) {
 TEST(ViewProgram, ExplainsItself) {
     EXPECT_TRUE(std::regex_match(run({"--version"}).out, std::regex(R"(kestrin-view \d+\.\d+\.\d+\n)")));
     EXPECT_NE(run({"--help"}).out.find("--page"), std::string::npos);
+    g_setenv("KESTRIN_DEBUG", "help", TRUE);
+    EXPECT_NE(run({}).out.find("\n  network "), std::string::npos);
+    g_unsetenv("KESTRIN_DEBUG");
 }
 
 TEST(ViewProgram, EndsAfterItsFramesWithASummaryAndAScreenshot) {
@@ -78,6 +81,21 @@ TEST(ViewProgram, EndsAfterItsFramesWithASummaryAndAScreenshot) {
     png.read(head.data(), 24);
     EXPECT_EQ(head.substr(1, 3), "PNG");
     EXPECT_EQ(head.substr(16), std::string("\0\0\x01\x40\0\0\0\xF0", 8)) << "not 320x240";
+}
+
+TEST(ViewProgram, EndsWithTheReasonWhenItsServerIsNotTrusted) {
+    for (const bool byVariable : {false, true}) {
+        std::vector<std::string> arguments{"--page", kPage, "--size", "320x240", "--frames", "10"};
+        byVariable ? (void)g_setenv("KESTRIN_STRICT_TLS", "1", TRUE) : arguments.push_back("--strict-tls");
+        const Outcome outcome = run(arguments);
+        g_unsetenv("KESTRIN_STRICT_TLS");
+        EXPECT_EQ(outcome.status, 1);
+        for (const char* line :
+             {"The certificate of 127.0.0.1 is not one that the system trusts",
+              "KestrinView - start - No answer from 127.0.0.1",
+              "\nkestrin-view: no answer from https://127.0.0.1; certificates are checked"})
+            EXPECT_NE(outcome.err.find(line), std::string::npos) << line << '\n' << outcome.err;
+    }
 }
 
 TEST(ViewProgram, PlaysWhatItHasRecorded) {
