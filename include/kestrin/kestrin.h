@@ -9,3 +9,4 @@
 #include "core/KestrinView.h"
 #include "core/config/Deployment.h"
 #include "core/config/KestrinSettings.h"
+#include "services/ConnectionChecker.h"

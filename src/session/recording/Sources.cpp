@@ -1,5 +1,6 @@
 #include "session/recording/Sources.h"
 
+#include "session/CameraTracking.h"
 #include "session/RoomFile.h"
 #include "session/SimulatedTracking.h"
 #include "session/recording/RecordedTracking.h"
@@ -43,6 +44,14 @@ TrackingSource recording(const std::filesystem::path& folder) {
     return [options](const platform::InterfaceOrientation& orientation) mutable {
         options.session.orientation = &orientation;
         return open(options);
+    };
+}
+
+TrackingSource camera() {
+    return [](const platform::InterfaceOrientation& orientation) {
+        CameraOptions options;
+        options.session.orientation = &orientation;
+        return std::make_shared<CameraTracking>(options);
     };
 }
 

@@ -19,5 +19,8 @@ TrackingSource simulation(const std::filesystem::path& room = {});
 /// A recording in real time, again and again. Throws std::runtime_error when it is damaged or none. Thread:
 /// any.
 TrackingSource recording(const std::filesystem::path& folder);
+/// The camera that `gtk::Options::camera` names, 640x480, without tracking. For a device, set
+/// `trackingUsesCamera` too. Thread: any.
+TrackingSource camera();
 
 } // namespace kestrin::session
