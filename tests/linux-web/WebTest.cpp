@@ -2,6 +2,8 @@
 
 #include "linux/toolkit/Widget.h"
 
+#include <iterator>
+
 namespace kestrin::test {
 
 namespace {
@@ -50,7 +52,7 @@ void WebTest::loadBody(const std::string& body) {
     server.serve("/body", pageWith(body));
     std::erase(page->events, "kestrin:ready");
     load("/body");
-    ASSERT_TRUE(waitFor("kestrin:ready")) << testing::PrintToString(system->kept->lines());
+    ASSERT_TRUE(waitFor("kestrin:ready")) << testing::PrintToString(logged());
 }
 
 std::string WebTest::result(const std::string& expression) {
@@ -66,9 +68,14 @@ std::string WebTest::result(const std::string& expression) {
     return found();
 }
 
+const std::vector<std::string>& WebTest::logged() {
+    std::ranges::move(system->kept->take(), std::back_inserter(m_logged));
+    return m_logged;
+}
+
 bool WebTest::waitForLog(const std::string& part) {
     return runUntil([&] {
-        return std::ranges::any_of(system->kept->lines(),
+        return std::ranges::any_of(logged(),
                                    [&](const std::string& line) { return line.find(part) != line.npos; });
     });
 }

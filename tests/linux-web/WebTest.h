@@ -26,7 +26,7 @@ class WebPlatform : public FakePlatform {
     const std::shared_ptr<FakeLog> kept = std::make_shared<FakeLog>();
     gtk::MainLoopDispatch mainLoop{kept};
     gtk::ViewToolkit widgets{*kept, nullptr};
-    gtk::WebKitToolkit webKit{kept};
+    gtk::WebKitToolkit webKit{kept, {"", "", 12, true}};
 };
 
 /// Everything that a page asks or says, in order, one line each; a test can answer otherwise.
@@ -94,6 +94,11 @@ class WebTest : public testing::Test {
     std::shared_ptr<platform::View> root;
     std::shared_ptr<platform::WebView> view;
     GtkWindow* window = nullptr;
+
+  private:
+    const std::vector<std::string>& logged();
+
+    std::vector<std::string> m_logged;
 };
 
 } // namespace kestrin::test
