@@ -7,6 +7,7 @@
 #include "HostApplication.h"
 #include "MainLoop.h"
 #include "PaintCount.h"
+#include "ProcessorTime.h"
 #include "Report.h"
 #include "Statistics.h"
 #include "bridge/KestrinWebView.h"
@@ -15,7 +16,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <ctime>
 #include <thread>
 
 using namespace kestrin;
@@ -54,12 +54,6 @@ class Camera {
     std::thread m_thread;
 };
 
-double threadSeconds() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
-}
-
 /// What is seen while the camera runs in one way.
 struct Observed {
     std::vector<double> shown;           ///< pictures a second
@@ -83,11 +77,11 @@ struct Observed {
     void watchMain(double perSecond) {
         AnswerTime answerTime;
         const auto begin = Clock::now();
-        const double before = threadSeconds();
+        const double before = threadMs();
         runFor(kWatchSeconds);
-        const double used = threadSeconds() - before;
+        const double used = threadMs() - before;
         const double pictures = perSecond * std::chrono::duration<double>(Clock::now() - begin).count();
-        cpuMilliseconds.push_back(used * 1000 / pictures);
+        cpuMilliseconds.push_back(used / pictures);
         const auto more = answerTime.take();
         answers.insert(answers.end(), more.begin(), more.end());
     }

@@ -2,6 +2,7 @@
 
 #include "HostApplication.h"
 #include "MainLoop.h"
+#include "ProcessorTime.h"
 #include "Report.h"
 #include "Statistics.h"
 #include "core/config/KestrinFeatureFlags.h"
@@ -11,7 +12,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <ctime>
 #include <numeric>
 #include <thread>
 
@@ -23,12 +23,6 @@ namespace {
 constexpr int kRounds = 10;
 constexpr int kFrames = 60; // a round
 constexpr std::chrono::milliseconds kPeriod{33};
-
-double threadMs() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
 
 /// Frames from a thread of their own, while main runs: its processor time for each, milliseconds.
 std::vector<double> sendFrames(MemoryTracking& tracking) {

@@ -1,6 +1,7 @@
 // What recording and playing cost at 640x480. Times of threads are processor time, so that they hold beside
 // other work; the time on the wall needs a machine that does nothing else.
 
+#include "ProcessorTime.h"
 #include "Report.h"
 #include "Statistics.h"
 #include "session/SimulatedTracking.h"
@@ -9,7 +10,6 @@
 #include "session/recording/RecordingWriter.h"
 
 #include <stdlib.h>
-#include <time.h>
 
 #include <chrono>
 #include <iostream>
@@ -27,14 +27,6 @@ double wallMs() {
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
 }
-
-double processorMs(clockid_t clock) {
-    timespec now{};
-    clock_gettime(clock, &now);
-    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) / 1e6;
-}
-
-double threadMs() { return processorMs(CLOCK_THREAD_CPUTIME_ID); }
 
 struct Pictures {
     CameraModel camera;
