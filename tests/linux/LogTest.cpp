@@ -1,11 +1,9 @@
 #include "linux/toolkit/DebugTopics.h"
-#include "linux/toolkit/RateMeter.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace kestrin::gtk {
@@ -85,20 +83,6 @@ TEST_F(LogTest, TopicsAreTurnedOnByName) {
         ASSERT_EQ(written.size(), mention ? 1U : 0U);
         EXPECT_TRUE(!mention || written[0].fields["MESSAGE"].find(mention) != std::string::npos);
     }
-}
-
-TEST_F(LogTest, RatesAreToldOnceASecond) {
-    RateMeter meter("things");
-    meter.count();
-    EXPECT_TRUE(written.empty());
-    beginDebugging(LogLevel::debug, log);
-    const auto began = std::chrono::steady_clock::now();
-    while (written.empty()) {
-        meter.count();
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::seconds(1));
-    EXPECT_TRUE(written[0].fields["MESSAGE"].starts_with("rates - things: ")) << written[0].fields["MESSAGE"];
 }
 
 } // namespace
