@@ -43,7 +43,7 @@ TEST(ViewProgram, SaysInOneLineWhatIsWrong) {
                    {{"--page", kPage, "--frames", "-3"}, "-3"},
                    {{"--page", kPage, "--screenshot", "/no/such/folder/a.png"}, "/no/such/folder"},
                    {{"--page", kPage, "--log-level", "loud"}, "loud"},
-        {{"--page", kPage, "--grant", "camera,phots"}, "phots"},
+                   {{"--page", kPage, "--grant", "camera,phots"}, "phots"},
                    {{"--page", kPage, "--session", "/no/such/desk.krs"}, "/no/such/desk.krs"},
                    {{"--page", kPage, "--session", emptyRecording}, emptyRecording + "/session.jsonl"},
                    {{"--page", kPage, "--record", emptyRecording}, "there is one already"},
