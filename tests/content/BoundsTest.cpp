@@ -50,46 +50,6 @@ TEST_F(BoundsTest, WhoKeepsTheServerWaitingIsLetGo) {
     expectServed();
 }
 
-TEST_F(BoundsTest, LongHeadsAndBodiesEnd) {
-    start();
-    const std::string filler(64 * 1024, 'x');
-    for (const char* const begun :
-         {"GET /template/ HTTP/1.1\r\nHost: localhost\r\nX: ", "GET /",
-          "POST /x HTTP/1.1\r\nHost: localhost\r\nContent-Length: 1000000000000\r\n\r\n",
-          "POST /x HTTP/1.1\r\nHost: localhost\r\nTransfer-Encoding: chunked\r\n\r\nFFFFFFFF\r\n"}) {
-        SCOPED_TRACE(begun);
-        RawConnection connection(server->port());
-        ASSERT_TRUE(connection.send(begun));
-        std::size_t sent = 0;
-        while (sent < (64u << 20) && connection.send(filler))
-            sent += filler.size();
-        EXPECT_LT(sent, 16u << 20); // what fits into the buffers in between
-    }
-    expectServed();
-}
-
-TEST_F(BoundsTest, NonsenseDoesNoHarm) {
-    start();
-    for (const std::string& nonsense :
-         {std::string("GET /template/ HTTP/1.1\r\nHost: localhost\r\n\r\n"), std::string(5000, '\0'),
-          std::string("\x16\x03\x01\xff\xff\x01\x00\xff\xfb", 9), std::string(20000, '\xff')}) {
-        SCOPED_TRACE(nonsense.substr(0, 8));
-        RawConnection plain(server->port(), Greeting::None);
-        plain.send(nonsense);
-        EXPECT_TRUE(plain.isEnded());
-        RawConnection encrypted(server->port());
-        encrypted.send(nonsense);
-        encrypted.finishSending();
-        EXPECT_TRUE(encrypted.isEnded());
-    }
-    for (int i = 0; i < 40; ++i) {
-        RawConnection connection(server->port(), i % 2 == 0 ? Greeting::None : Greeting::Tls);
-        EXPECT_TRUE(i % 2 == 0 || connection.send(kGetFilm));
-        connection.reset();
-    }
-    expectServed();
-}
-
 TEST_F(BoundsTest, StopWaitsForNobody) {
     start();
     for (int i = 0; i < 30; ++i)

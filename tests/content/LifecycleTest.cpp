@@ -1,5 +1,4 @@
 #include "Fixture.h"
-#include "RawConnection.h"
 
 namespace kestrin::content {
 namespace {
@@ -36,30 +35,17 @@ TEST_F(LifecycleTest, StartsAndStopsAgainAndAgain) {
 TEST_F(LifecycleTest, SaysWhatStandsInTheWay) {
     start();
     EXPECT_EQ(server->start(), "the content server already runs");
-    const auto errorAt = [&](const char* address, std::uint16_t port) {
-        ServerOptions with;
-        with.address = address;
-        with.port = port;
-        return errorOf(application, with);
-    };
-    const std::string taken = "listening on 127.0.0.1 port " + std::to_string(server->port());
-    EXPECT_TRUE(errorAt("127.0.0.1", server->port()).starts_with(taken));
-    EXPECT_EQ(errorAt("content.kestrin.test", 0), "\"content.kestrin.test\" is not an IP address");
-    EXPECT_NE(errorAt("203.0.113.7", 0).find("203.0.113.7"), std::string::npos); // of no interface here
-
+    ServerOptions same;
+    same.port = server->port();
+    EXPECT_TRUE(errorOf(application, same)
+                    .starts_with("listening on 127.0.0.1 port " + std::to_string(server->port())));
     struct {
         const char* part;
         void (*spoil)(Application&);
     } const cases[] = {
         {"/nowhere", [](Application& a) { a.page = "/nowhere"; }},
         {"the page", [](Application& a) { a.page = ""; }},
-        {"index.html", [](Application& a) { a.page = "/proc/self/fdinfo"; }},
-        {"/dev/null", [](Application& a) { a.page = "/dev/null"; }},
         {"not a UUID", [](Application& a) { a.id = "../etc"; }},
-        {"title", [](Application& a) { a.title = "\xff"; }},
-        {"theme", [](Application& a) { a.theme = "\xc0\xaf"; }},
-        {"feature flag", [](Application& a) { a.featureFlags.push_back("snap\xed\xa0\x80"); }},
-        {"host name", [](Application& a) { a.hostName = ""; }},
         {"host name", [](Application& a) { a.hostName = "a/b"; }},
     };
     for (const auto& [part, spoil] : cases) {
@@ -67,23 +53,6 @@ TEST_F(LifecycleTest, SaysWhatStandsInTheWay) {
         spoil(spoilt);
         EXPECT_NE(errorOf(spoilt).find(part), std::string::npos) << errorOf(spoilt);
     }
-}
-
-TEST_F(LifecycleTest, CertificateAnswersForItsNames) {
-    application.hostName = "app.example";
-    options.hostNames = {"other.example", "10.1.2.3"};
-    start();
-    const RawConnection connection(server->port());
-    GTlsCertificate* const certificate = connection.certificate();
-    const auto errorsFor = [&](const char* name) {
-        const auto identity = GPointer<GSocketConnectable>::adopt(g_network_address_new(name, 443));
-        return unsigned(g_tls_certificate_verify(certificate, identity.get(), certificate));
-    };
-    for (const char* const name :
-         {"app.example", "other.example", "localhost", "127.0.0.1", "::1", "10.1.2.3"})
-        EXPECT_EQ(errorsFor(name), 0u) << name;
-    for (const char* const name : {"content.kestrin.test", "example", "10.1.2.4"})
-        EXPECT_EQ(errorsFor(name), unsigned{G_TLS_CERTIFICATE_BAD_IDENTITY}) << name;
 }
 
 } // namespace

@@ -69,10 +69,4 @@ void RawConnection::reset() {
     g_socket_close(socket(), nullptr);
 }
 
-void RawConnection::finishSending() { g_socket_shutdown(socket(), FALSE, TRUE, nullptr); }
-
-GTlsCertificate* RawConnection::certificate() const {
-    return g_tls_connection_get_peer_certificate(G_TLS_CONNECTION(m_stream.get()));
-}
-
 } // namespace kestrin::content

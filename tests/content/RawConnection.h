@@ -24,9 +24,6 @@ class RawConnection {
     bool isEnded();
     /// Breaks the connection off with a reset.
     void reset();
-    /// Says that nothing more will be sent.
-    void finishSending();
-    GTlsCertificate* certificate() const;
 
   private:
     GSocket* socket() const { return g_socket_connection_get_socket(m_connection.get()); }
