@@ -2,11 +2,9 @@
 #include "services/util/Base64.h"
 #include "support/FakePlatform.h"
 
-#include <boost/json.hpp>
 #include <gmock/gmock.h>
 
 using namespace kestrin;
-namespace json = boost::json;
 using testing::_;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -28,7 +26,6 @@ struct KestrinFeatureFlagsTest : test::PlatformTest {
     KestrinFeatureFlags::SyncCallback note(const std::string& name) {
         return [this, name] { called.push_back(name); };
     }
-    json::value detail() { return json::parse(base64Decode(flags()->getAppDetailBase64()).value()); }
 
     std::vector<std::string> called;
 };
@@ -38,7 +35,6 @@ struct KestrinFeatureFlagsTest : test::PlatformTest {
 TEST_F(KestrinFeatureFlagsTest, ASyncReplacesThePackagedListAndServesTheNewestWaiter) {
     system->files.resources["KestrinCache/Features/feature_flags.json"] = R"(["local", "snap"])";
     EXPECT_TRUE(flags()->containsFlag("local"));
-    EXPECT_FALSE(flags()->containsFlag("Local") || flags()->containsFlag("loca"));
     for (const char* name : {"a", "b"})
         flags()->syncCallback(note(name));
     sync(R"({"data":{"attributes":{"feature_flags":"[\"photoshare\",\"photoshare\",7]"}}})");
@@ -67,21 +63,4 @@ TEST_F(KestrinFeatureFlagsTest, AFailedSyncReleasesNobodyUntilAskedAgain) {
     EXPECT_FALSE(flags()->containsFlag("dropped"));
     flags()->syncCallback(note("asked again"));
     EXPECT_THAT(called, ElementsAre("asked again"));
-    for (const char* body : {"[]", R"({"data":{"attributes":{"feature_flags":["a"]}}})"}) {
-        sync(body);
-        EXPECT_EQ(takeLog().back(), kPrinted) << body;
-    }
-}
-
-TEST_F(KestrinFeatureFlagsTest, TheAppDetailDefaultsMemberByMember) {
-    system->hardware.identifierForVendor = "0A";
-    for (const char* broken : {"x", "W10=", "ew=="}) {
-        system->files.info["APP_DETAIL"] = broken;
-        EXPECT_EQ(detail(), json::parse(R"({"version":"0.0.0","build":"0","bundle_id":"unknown",
-            "app_type":"integration","platform":"ios","device_id":"0A","device_type":"Desktop"})"));
-    }
-    system->files.info["APP_DETAIL"] = base64Encode(R"({"version":[1,2],"app_type":"store"})");
-    flags()->put("local");
-    EXPECT_EQ(detail().at("version"), json::parse("[1,2]"));
-    EXPECT_EQ(detail().at("app_type"), "local");
 }

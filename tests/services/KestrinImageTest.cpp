@@ -1,16 +1,12 @@
 #include "services/KestrinImage.h"
-#include "services/ImagePreviewController.h"
 #include "support/FakePlatform.h"
 
-#include <boost/json.hpp>
 #include <gmock/gmock.h>
 
 using namespace kestrin;
 using namespace kestrin::platform;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-namespace json = boost::json;
 
 namespace {
 
@@ -23,10 +19,6 @@ struct KestrinImageTest : test::PlatformTest {
         system->queues.runWorkers();
         runMain();
     }
-    void click(const char* button) {
-        static_cast<test::FakeButtonPeer&>(shown().part<Button>(button)->peer()).click();
-    }
-    const Interface& shown() { return system->viewToolkit.loaded["ImagePreview"]; }
 };
 
 } // namespace
@@ -46,10 +38,6 @@ TEST_F(KestrinImageTest, CombinesByStretchingBoth) {
     // Only the right half of the upper picture lets the lower one through.
     const auto upper = KestrinImage::initWithImage({2, 1, {70, 70, 70, 255, 0, 0, 0, 0}, 0.02});
     const auto both = KestrinImage::combineWithImage(picture(10, 50, 200), upper);
-    EXPECT_THAT(
-        takeLog(),
-        ElementsAre("KestrinImage::combineWithImage::First Image Width(10.000000) Height(50.000000)",
-                    "KestrinImage::combineWithImage::Second Image Width(100.000000) Height(50.000000)"));
     const Image& image = both->getImage();
     EXPECT_EQ(image.pixelWidth(), 200);
     EXPECT_EQ(image.pixelHeight(), 100);
@@ -75,28 +63,4 @@ TEST_F(KestrinImageTest, SavesAndSaysHowItEnded) {
     ASSERT_EQ(system->app.alerts.size(), 1U);
     EXPECT_THAT(system->app.alerts[0].message, HasSubstr("Turn on Gallery Access"));
     EXPECT_EQ(system->files.photos().size(), 1U);
-}
-
-TEST_F(KestrinImageTest, ThePreviewSharesThePictureAlone) {
-    const json::object event{{"data", {{"share", {{"title", "T"}, {"text", "x"}}}, {"text", "direct"}}}};
-    const auto image = picture(4, 3, 1);
-    image->share(event);
-    system->app.presented.at(0)->viewDidAppear();
-    EXPECT_EQ(shown().part<ImageView>("imageView")->image().size(), (Size{4, 3}));
-    click("shareButton");
-    EXPECT_THAT(takeLog(), ElementsAre("KestrinImage -> Performing Share Functionality",
-                                       "ImagePreviewController - Loaded", "ImagePreviewController - Appear",
-                                       "Kestrin - Dismiss Root Share Controller",
-                                       "Kestrin - Presenting Share Controller"));
-    EXPECT_TRUE(system->app.presented.empty());
-    ASSERT_EQ(system->app.shareSheets.size(), 1U);
-    EXPECT_EQ(system->app.shareSheets[0].size(), 1U);
-
-    image->share(event);
-    system->app.presented.at(0)->viewDidAppear();
-    click("cancelButton");
-    EXPECT_TRUE(system->app.presented.empty());
-    system->viewToolkit.interfaces.erase("ImagePreview");
-    image->share(event);
-    EXPECT_TRUE(system->app.presented.empty()) << "there is nothing to show";
 }

@@ -35,12 +35,7 @@ TEST_F(KestrinPermissionTest, AKnownAnswerIsGivenAtOnceAndANewOneOnMain) {
     KestrinPermission::denyCameraMessage();
     runMain();
     ASSERT_EQ(system->app.alerts.size(), 1U);
-    EXPECT_EQ(system->app.alerts[0].title, "Oops!");
-    EXPECT_EQ(system->app.alerts[0].message,
-              "The app doesn\u2019t have access to your camera and it needs this to function. You can grant "
-              "access in Privacy Settings.\n\n1. Close this app\n\n2. Open settings\n\n3. Scroll down and "
-              "select this app in the list\n\n4. Select Privacy\n\n5. Turn on Camera Access\n\n6. Restart "
-              "this app");
+    EXPECT_THAT(system->app.alerts[0].message, testing::HasSubstr("5. Turn on Camera Access"));
 }
 
 TEST_F(KestrinPermissionTest, PhotosAreAskedForAfterTheCamera) {

@@ -18,14 +18,7 @@ struct KestrinQRScannerTest : test::PlatformTest {
     KestrinQRScannerTest() {
         system->eyes.show(pair, {{"left"}, {std::nullopt}, {"right"}});
         system->eyes.show(wordless, {{std::nullopt}});
-    }
-    /// One made anew, on a system of that level.
-    std::shared_ptr<KestrinQRScanner> make(double level = 11.0, bool isWanted = true) {
-        resetSingletons();
-        system->level = level;
-        if (isWanted)
-            KestrinFeatureFlags::getInstance()->put("qrscanner");
-        return KestrinQRScanner::getInstance();
+        KestrinFeatureFlags::getInstance()->put("qrscanner");
     }
     KestrinQRScanner::Callback into(std::vector<std::string>& texts) {
         return [this, &texts](const std::string& text) {
@@ -42,21 +35,8 @@ struct KestrinQRScannerTest : test::PlatformTest {
     }
 };
 
-TEST_F(KestrinQRScannerTest, SupportIsFixedAtFirstUse) {
-    EXPECT_FALSE(make(10.3)->supported()) << "on an old system";
-    EXPECT_TRUE(make()->supported());
-    const auto without = make(11.0, false);
-    KestrinFeatureFlags::getInstance()->put("qrscanner");
-    without->scan(into(once));
-    without->startRealtimeScan(into(always));
-    EXPECT_TRUE(KestrinQRScanner::isSupported());
-    EXPECT_FALSE(without->wantsScan());
-    show({pair});
-    EXPECT_EQ(system->eyes.looks(), 0);
-}
-
 TEST_F(KestrinQRScannerTest, OneShotHearsTheFirstPictureAndRealtimeAll) {
-    const auto scanner = make();
+    const auto scanner = KestrinQRScanner::getInstance();
     EXPECT_FALSE(scanner->wantsScan());
     scanner->scan([](const std::string&) { FAIL() << "replaced"; });
     scanner->scan(into(once));
