@@ -60,9 +60,4 @@ TEST_F(AppJSONStackTest, TheRestWaitsForTheUpdateInOrder) {
     stacks->deploy(event("B", std::numeric_limits<double>::quiet_NaN()), false);
     stacks->update();
     EXPECT_THAT(sent(), ElementsAre(call("[]"))) << "of a batch that cannot be written";
-
-    const auto blind = AppJSONStack::initWithView(nullptr);
-    blind->deploy(blind->push("A"), true);
-    blind->update();
-    EXPECT_EQ(blind->updateDirect(), base64Encode(R"([{"eventName":"sdkA","data":{}}])"));
 }

@@ -48,12 +48,8 @@ TEST_F(PageMessagesTest, BothHandlersDeliverLaterWithTheWholeObject) {
 }
 
 TEST_F(PageMessagesTest, WhatDoesNotDecodeIsNoObjectAndIsNotLogged) {
-    const std::string nul(1, '\0'), good = base64Encode(share);
-    std::vector<std::string> bodies{"",          "onSubmit" + nul, share,
-                                    good + "\n", good + good,      "\xFF\xFE\xFD\xFC"};
-    for (const std::string& text : {nul, std::string("[\"eventName\"]"), share + nul,
-                                    std::string("{\"eventName\":\"\xC3(\"}"), std::string(1'000'000, '[')})
-        bodies.push_back(base64Encode(text));
+    const std::string bodies[] = {share, base64Encode(share) + "\n", base64Encode("[\"eventName\"]"),
+                                  base64Encode(std::string(1'000'000, '['))};
     for (const std::string& body : bodies) {
         post(body);
         EXPECT_THAT(takeEvents(), ElementsAre(KestrinWebEvent::kNotFound)) << body.substr(0, 40);

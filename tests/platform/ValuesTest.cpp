@@ -1,4 +1,4 @@
-#include "platform/Image.h"
+#include "platform/Matrix.h"
 #include "platform/Orientation.h"
 #include "support/FakeDispatch.h"
 
@@ -6,14 +6,14 @@
 
 using namespace kestrin::platform;
 
-TEST(Image, IsAbsentWhenItsPixelsDoNotFit) {
-    const std::vector<std::uint8_t> six(24);
-    EXPECT_TRUE(Image(3, 2, six).isValid());
-    for (const Image& image :
-         {Image(), Image(3, 3, six), Image(0, 0, {}), Image(-3, -2, six), Image(3, 2, six, 0)}) {
-        EXPECT_FALSE(image.isValid());
-        EXPECT_TRUE(image.pixels().empty());
-    }
+TEST(Matrix, InverseUndoesOrIsZero) {
+    // Turned by 90 degrees about y, moved, and projected.
+    const Matrix m = Matrix{{{{0, 0, -1, 0}, {0, 1, 0, 0}, {1, 0, 0, 0}, {4, -5, 6, 1}}}} *
+                     Matrix{{{{2, 0, 0, 0}, {0, 2, 0, 0}, {0.25F, -0.5F, -1, -1}, {0, 0, -2, 0}}}};
+    EXPECT_EQ(inverse(m) * (m * Vector4{1, 2, 3, 1}), (Vector4{1, 2, 3, 1}));
+    EXPECT_EQ(inverse(Matrix()), Matrix());
+    const AffineTransform turned{0, -1, 1, 0, 0, 1};
+    EXPECT_EQ(inverse(turned) * (turned * Point{0.25, 0.75}), (Point{0.25, 0.75}));
 }
 
 TEST(InterfaceOrientation, IsPinnedForOneThreadOnly) {

@@ -4,8 +4,6 @@
 
 using namespace kestrin::platform;
 using kestrin::test::offMain;
-using kestrin::test::recorded;
-using testing::DoubleNear;
 using testing::ElementsAre;
 
 namespace {
@@ -18,41 +16,6 @@ struct ViewTest : kestrin::test::PlatformTest {
 };
 
 } // namespace
-
-TEST_F(ViewTest, AddingMovesToTheTopAndOutOfTheFormerParent) {
-    const auto other = makeView<View>(), formerParent = makeView<View>();
-    formerParent->addSubview(child);
-    for (const auto& added : {child, other, child, std::shared_ptr<View>(), parent})
-        parent->addSubview(added);
-    EXPECT_THAT(formerParent->subviews(), testing::IsEmpty());
-    EXPECT_THAT(recorded(*parent).subviews, ElementsAre(&other->peer(), &child->peer()));
-    child->removeFromSuperview();
-    EXPECT_THAT(recorded(*parent).subviews, ElementsAre(&other->peer()));
-}
-
-TEST_F(ViewTest, FlexibleSubviewsFollowBySizeDifference) {
-    const auto fixed = makeView<View>();
-    parent->setFrame({{5, 5}, {100, 200}});
-    child->setFrame({{10, 10}, {80, 180}});
-    child->setResizing(View::kFlexibleWidth | View::kFlexibleHeight);
-    fixed->setFrame({{1, 2}, {3, 4}});
-    parent->addSubview(child);
-    parent->addSubview(fixed);
-    parent->toolkitResized({150, 190});
-    EXPECT_EQ(recorded(*child).frame, (Rect{{10, 10}, {130, 170}}));
-    EXPECT_EQ(fixed->frame(), (Rect{{1, 2}, {3, 4}}));
-}
-
-TEST_F(ViewTest, AFadeRunsFromThePresentOpacityByTheClock) {
-    child->setOpacity(0.8);
-    child->animateOpacity(0, 0.4, noteEnd);
-    advance(0.2);
-    EXPECT_THAT(recorded(*child).opacity, DoubleNear(0.4, 0.04));
-    EXPECT_TRUE(ends.empty());
-    advance(0.25);
-    EXPECT_EQ(child->opacity(), 0);
-    EXPECT_THAT(ends, ElementsAre(true));
-}
 
 TEST_F(ViewTest, OnlyANewerFadeInterrupts) {
     child->animateOpacity(0, 0.3, noteEnd);
