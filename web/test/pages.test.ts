@@ -2,7 +2,7 @@ import { describe, expect, it } from 'vitest';
 import { Pose, type Plane, type Quaternion, type Vector3 } from '../src/client/index.js';
 import { Placement } from '../src/demo/placement.js';
 import { rounded } from '../src/demo/rounded.js';
-import { findTable, middleOf } from '../src/demo/table.js';
+import { findTable } from '../src/demo/table.js';
 
 const upright: Quaternion = [0, 0, 0, 1];
 const upsideDown: Quaternion = [1, 0, 0, 0];
@@ -28,15 +28,6 @@ describe('the table', () => {
     ['not known without a floor', [table], undefined],
   ])('is %s', (_, planes, expected) => {
     expect(findTable(planes)?.id).toBe(expected);
-  });
-
-  it('has its middle where its shape has it', () => {
-    const vertices: Vector3[] = [
-      [0, 0, 0],
-      [2, 0, 0],
-      [0, 0, 1],
-    ];
-    expect(middleOf({ ...table, geometry: { vertices, indices: [0, 1, 2] } })).toEqual([1, 0, 0.5]);
   });
 });
 
