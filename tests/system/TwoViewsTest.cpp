@@ -23,6 +23,7 @@ struct Nested {
         gtk_stack_add_named(GTK_STACK(stack), paned, "view");
         gtk_stack_add_named(GTK_STACK(stack), gtk_label_new("instead of it"), "other");
         gtk_window_set_child(window, stack);
+        gtk_window_set_decorated(window, FALSE);
         gtk_window_set_default_size(window, 500, 240);
         view->setup(settings);
         view->registerForEventCallback(std::int32_t(KestrinWebEvent::stringToEvent("onWebUpdate")),
@@ -60,8 +61,8 @@ TEST(TwoViews, RunSideBySideWhenTheSecondStartsAfterTheFirst) {
     EXPECT_TRUE(secondGoesOn());
     EXPECT_TRUE(firstGoesOn());
     EXPECT_TRUE(secondIs(300, 240));
-    gtk_paned_set_position(GTK_PANED(second.paned), 200);
-    EXPECT_TRUE(secondIs(200, 240));
+    gtk_paned_set_position(GTK_PANED(second.paned), 260);
+    EXPECT_TRUE(secondIs(260, 240));
     EXPECT_EQ(stage.view().frame().size, (platform::Size{640, 480}));
     gtk_stack_set_visible_child_name(GTK_STACK(second.stack), "other");
     EXPECT_TRUE(firstGoesOn());
