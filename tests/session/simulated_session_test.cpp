@@ -79,24 +79,6 @@ struct SimulatedSessionTest : testing::Test {
     }
 };
 
-TEST_F(SimulatedSessionTest, TwoSessionsShowTheSame) {
-    configuration.planeDetection = ArConfiguration::kHorizontal;
-    run();
-    steps(8);
-    const std::vector<FrameRef> first = std::exchange(frames, {});
-    session.reset();
-    run();
-    steps(8);
-    for (std::size_t i = 0; i < first.size(); ++i) {
-        EXPECT_EQ(first[i]->camera->transform(), frames[i]->camera->transform());
-        EXPECT_EQ(pixelsOf(*first[i]->capturedImage), pixelsOf(*frames[i]->capturedImage)) << i;
-        ASSERT_EQ(first[i]->anchors.size(), frames[i]->anchors.size());
-        for (std::size_t k = 0; k < first[i]->anchors.size(); ++k)
-            EXPECT_EQ(first[i]->anchors[k]->identifier, frames[i]->anchors[k]->identifier);
-    }
-    EXPECT_NE(pixelsOf(*first[0]->capturedImage), pixelsOf(*first[7]->capturedImage));
-}
-
 TEST_F(SimulatedSessionTest, PicturesHaveTheFullRangeAndTheRightColours) {
     options.width = 161; // odd sizes have a last chroma column of half a pair
     options.height = 121;
@@ -148,30 +130,6 @@ TEST_F(SimulatedSessionTest, AnchorsAreOfTheKindsAskedFor) {
     ASSERT_EQ(anchors<ArImageAnchor>().size(), 1U) << "known by its look";
     EXPECT_EQ(anchors<ArImageAnchor>()[0]->transform,
               rigid({1, 0, 0}, {0, 0, 1}, {0, -1, 0}, {0.5F, 1.3F, -2.5F}));
-
-    configuration.kind = ArConfiguration::Kind::imageOnly;
-    configuration.maximumNumberOfTrackedImages = 1;
-    ask("poster");
-    run();
-    steps(4);
-    ASSERT_EQ(frames.back()->anchors.size(), 1U) << "no planes, and one picture at a time";
-    EXPECT_EQ(listener->count("~" + frames.back()->anchors[0]->identifier), 1U) << "it is followed";
-}
-
-TEST_F(SimulatedSessionTest, RemovedAnchorsAreFoundAfreshUnderANewIdentifier) {
-    configuration.planeDetection = ArConfiguration::kHorizontal;
-    run(0);
-    steps(3);
-    const std::string floor = frames.back()->anchors[0]->identifier;
-    run(platform::kRemoveExistingAnchors);
-    steps(1);
-    ASSERT_EQ(frames.back()->anchors.size(), 2U);
-    EXPECT_NE(frames.back()->anchors[0]->identifier, floor);
-    const std::string table = frames.back()->anchors[1]->identifier;
-    session->removeAnchor(table);
-    steps(1);
-    EXPECT_EQ(listener->count("-" + table), 1U);
-    EXPECT_NE(frames.back()->anchors[1]->identifier, table);
 }
 
 } // namespace

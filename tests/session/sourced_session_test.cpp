@@ -28,26 +28,6 @@ struct SourcedSessionTest : testing::Test {
     }
 };
 
-TEST_F(SourcedSessionTest, EachStepIsOneFrame) {
-    script->count = 4;
-    const auto session = make(Pacing::stepped);
-    EXPECT_FALSE(session->step(0.02)) << "not running yet";
-    session->run(configuration, 0);
-    bool stepInside = true;
-    listener->onFrame = [&](const FrameRef&) { stepInside = session->step(); };
-    for (std::size_t i = 1; i <= 3; ++i) {
-        EXPECT_TRUE(session->step());
-        EXPECT_EQ(listener->count("frame"), i);
-    }
-    EXPECT_FALSE(stepInside);
-    session->pause();
-    EXPECT_FALSE(session->step(0.02)) << "paused";
-    EXPECT_EQ(listener->count("frame"), 3U);
-    session->run(configuration, 0);
-    EXPECT_TRUE(session->step());
-    EXPECT_FALSE(session->step()) << "at the end";
-}
-
 TEST_F(SourcedSessionTest, WhatAPauseLeavesUntoldIsToldOnceInTheNextRun) {
     script->anchors[0].added = {makeAnchor("A"), makeAnchor("B")};
     script->anchors[1].updated = {makeAnchor("A")};

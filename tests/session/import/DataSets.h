@@ -94,12 +94,11 @@ inline void writeGeneral(const TemporaryFolder& folder) {
 }
 
 /// Imports a folder of a kind that is told from its files; the error's line, or nothing.
-inline std::string importFolder(const std::filesystem::path& folder, const std::filesystem::path& recording,
-                                const ImportOptions& options = {}) {
+inline std::string importFolder(const std::filesystem::path& folder, const std::filesystem::path& recording) {
     const auto kind = dataSetIn(folder);
     if (!kind)
         return "no kind of data set";
-    const auto read = readSequence(*kind, folder, options);
+    const auto read = readSequence(*kind, folder, {});
     if (const auto* error = std::get_if<RecordingError>(&read))
         return error->text;
     const auto error = writeRecording(std::get<Sequence>(read), "a test", recording, [] {});

@@ -140,33 +140,47 @@ TEST(Import, PosesAreInterpolatedAndNeverGuessed) {
     EXPECT_FALSE(path.at(10'300'000'000)) << "a hole of half a second";
 }
 
-TEST(Import, TakesThePicturesThatAreAskedForAndKnown) {
-    const TemporaryFolder folder;
-    writeTum(folder);
-    folder.write("rgb.txt", "0.5 rgb/x.png\n1.0 rgb/a.png\n1.05 rgb/b.png\n1.08 rgb/a.png\n2 rgb/x.png\n");
-    const auto read = [&](PictureRange range) {
-        return std::get<Sequence>(readSequence(DataSet::tum, folder.path(), {range, {}, {}}));
-    };
-    EXPECT_EQ(read({}).shots.size(), 3U);
-    EXPECT_EQ(read({}).leftOut, 2U);
-    EXPECT_EQ(read({2, 99}).shots.front().picture.filename(), "b.png");
-    EXPECT_EQ(read({2, 99}).leftOut, 1U);
-    EXPECT_EQ(read({1, 2}).shots.size(), 1U);
-    EXPECT_NEAR(read({1, 3}).rate, 20, 1e-6);
+/// One file of a good data set becomes this, and the import says that.
+struct Fault {
+    void (*write)(const TemporaryFolder&);
+    std::string file, text, expected; ///< the file is removed where there is no text
+};
+
+std::string yamlWith(const std::string& old, const std::string& now) {
+    std::string text = kCameraYaml;
+    return text.replace(text.find(old), old.size(), now);
 }
 
-TEST(Import, ColoursKeepTheirPlaces) {
-    cv::Mat picture(5, 7, CV_8UC3, cv::Scalar(0, 0, 255));
-    picture(cv::Rect(0, 0, 4, 5)).setTo(cv::Scalar(255, 128, 0));
-    const Nv12Buffer nv12 = toNv12(picture);
-    const platform::PixelPlane luma = nv12.plane(0), chroma = nv12.plane(1);
-    EXPECT_NEAR(luma.data[0], 0.299 * 255 + 0.587 * 128, 1);
-    EXPECT_NEAR(chroma.data[0], 128 - 151.4 / 1.772, 1);
-    EXPECT_NEAR(chroma.data[1], 128 + (255 - 151.4) / 1.402, 1);
-    EXPECT_NEAR(chroma.data[2 * chroma.stride + 6], 255, 1) << "the odd corner is blue";
-    cv::Mat difference;
-    cv::absdiff(toRgb(nv12)(cv::Rect(0, 0, 2, 5)), picture(cv::Rect(0, 0, 2, 5)), difference);
-    EXPECT_LE(cv::norm(difference, cv::NORM_INF), 3);
+TEST(Import, FaultsNameTheFileAndTheLine) {
+    const std::string yaml = "mav0/cam0/sensor.yaml", json = "intrinsics.json";
+    const std::string truth = "mav0/state_groundtruth_estimate0/data.csv";
+    const std::vector<Fault> faults{
+        {writeEuroc, yaml, "T_BS: [1, 2\nx: {", "sensor.yaml:2: "},
+        {writeEuroc, yaml, yamlWith("118.0", "nan"), "sensor.yaml:11: intrinsics: expected numbers"},
+        {writeEuroc, yaml, yamlWith("1.0, 0.0, 0.0, 0.2", "2.0, 0.0, 0.0, 0.2"), "T_BS: expected a rotation"},
+        {writeEuroc, yaml, std::string(900'000, '['), "sensor.yaml:1: "},
+        {writeEuroc, "mav0/cam0/data.csv", "7,a.png\n7,b.png\n", "data.csv:2: the time does not go up"},
+        {writeEuroc, truth, "", "has no ground truth"},
+        {writeEuroc, truth, "1,1e9,0,0,1,0,0,0", "data.csv:1: expected a smaller number, not '1e9'"},
+        {writeEuroc, "mav0/cam0/data/b.png", "no picture", "b.png: is no picture, or a broken one"},
+        {writeTum, "camera.txt", "", "which camera?"},
+        {writeTum, "rgb.txt", "soon rgb/a.png", "rgb.txt:1: expected a number, not 'soon'"},
+        {writeBoard, "K.txt", "1 2\n", "K.txt:1: expected 3 columns"},
+        {writeBoard, "poses.txt", "0 0 0 0 0 1\n", "images: has 2 pictures, but poses.txt has 1 poses"},
+        {writeGeneral, json, R"({"width": 0})", "intrinsics.json: width: expected a number from 1 to 8192"},
+        {writeGeneral, json, R"({"width": 64, "height": 64, "fx": 9, "fy": 9, "cx": 1, "cy": 1})",
+         "images/a.png: is 160x120, expected 64x64"}};
+    for (const auto& [write, file, text, expected] : faults) {
+        const TemporaryFolder folder;
+        write(folder);
+        std::filesystem::remove(folder / file);
+        if (!text.empty())
+            folder.write(file, text);
+        const std::string said = importFolder(folder.path(), folder / "out.krs");
+        EXPECT_NE(said.find(expected), std::string::npos) << file << ": " << said;
+        EXPECT_TRUE(said.starts_with(folder.path().string())) << said;
+        EXPECT_EQ(said.find('\n'), std::string::npos) << said;
+    }
 }
 
 } // namespace

@@ -1,12 +1,8 @@
 #include "Recording.h"
 #include "session/recording/LineText.h"
 
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-
 #include <functional>
 #include <numbers>
-#include <sstream>
 
 namespace kestrin::session::test {
 
@@ -40,11 +36,8 @@ TEST_F(RecordingFile, EverythingComesBackAsItWas) {
     EXPECT_EQ(headerLine(reader->info()), headerLine(testInfo()));
     ASSERT_EQ(reader->size(), frames.size());
     Nv12Buffer picture(96, 64);
-    for (const std::size_t i : {0, 1, 2, 3, 4, 5, 6, 7, 8, 2, 8, 7, 0}) {
-        const SourcedFrame &back = reader->frame(i).frame, &was = frames[i].frame;
-        EXPECT_EQ(back.sensorPose, was.sensorPose);
-        EXPECT_EQ(back.time, was.time);
-        EXPECT_EQ(back.intrinsics.fx, was.intrinsics.fx);
+    for (const std::size_t i : {0, 1, 2, 3, 4, 8, 7, 0}) {
+        EXPECT_EQ(reader->frame(i).frame.sensorPose, frames[i].frame.sensorPose);
         EXPECT_EQ(frameLine(reader->frame(i)), frameLine(frames[i]));
         ASSERT_TRUE(reader->picture(i, picture));
         EXPECT_EQ(pixelsOf(picture), pixelsOf(testPicture(96, 64, unsigned(i)))) << i;
@@ -73,28 +66,6 @@ TEST_F(RecordingFile, WhatWasAddedIsThereAtOnceAndWhenTheWriterIsGivenUp) {
     }
 }
 
-TEST_F(RecordingFile, WhatCannotBeReadIsNotWritten) {
-    auto frame = testFrame(0);
-    frame.frame.sensorPose[3].x = NAN;
-    const auto writer = createRecording(folder);
-    EXPECT_EQ(writer->add(frame, testPicture(96, 64, 0))->text, text.string() + ":2: not JSON");
-    EXPECT_TRUE(writer->add(testFrame(1), testPicture(96, 64, 0))) << "it ended there";
-    const auto second = RecordingWriter::create(folder, testInfo());
-    EXPECT_EQ(std::get<RecordingError>(second).text, folder.string() + ": is there already");
-}
-
-std::string bytesOf(const std::filesystem::path& file) {
-    std::stringstream bytes;
-    bytes << std::ifstream(file, std::ios::binary).rdbuf();
-    return bytes.str();
-}
-
-std::string& replace(std::string& line, const std::string& from, const std::string& to) {
-    const std::size_t at = line.find(from);
-    EXPECT_NE(at, std::string::npos) << from;
-    return line.replace(at, from.size(), to);
-}
-
 TEST_F(RecordingFile, DamageIsOneErrorWithFileAndLine) {
     struct Case {
         std::function<void(Lines&)> damage;
@@ -103,38 +74,24 @@ TEST_F(RecordingFile, DamageIsOneErrorWithFileAndLine) {
     };
     /// In one line one text for another.
     const auto swap = [](std::size_t line, const std::string& from, const std::string& to) {
-        return [=](Lines& lines) { replace(lines[line - 1], from, to); };
+        return [=](Lines& lines) {
+            std::string& changed = lines[line - 1];
+            changed.replace(changed.find(from), from.size(), to);
+        };
     };
     const std::string jsonl = "/session.jsonl:", mkv = "/video.mkv: ", pose = "\"pose\":[1,";
     const std::vector<Case> table{
-        {swap(1, "{", ""), jsonl + "1: not JSON", -1},
         {swap(1, "\"kestrin-recording\":1", "\"kestrin-recording\":2"),
          jsonl + "1: kestrin-recording: version 2 is newer than 1, which this program reads", -1},
-        {swap(1, ":96", ":9600"), jsonl + "1: width: expected a number from 16 to 8192", -1},
         {swap(1, ":96", ":98"), mkv + "has pictures of 96x64", -1},
-        {swap(2, pose, "\"pose\":["), jsonl + "2: pose: expected 16 finite numbers", 0},
-        {swap(2, pose, "\"pose\":[1e39,"), jsonl + "2: pose: expected 16 finite numbers", 0},
         {swap(2, pose, "\"pose\":[2,"), jsonl + "2: pose: expected a rotation and a translation", 0},
-        {swap(3, "[0,2,1", "[0,3,1"),
-         jsonl +
-             "3: updated[0].triangles: expected whole numbers below the count of vertices, three a triangle",
-         1},
-        {swap(2, "\"added\"", "\"updated\""), jsonl + "2: updated[0].id: was never added", 0},
         {swap(3, "\"updated\"", "\"added\""), jsonl + "3: added[0].id: is there already", 1},
-        {swap(3, "\"time\":", "\"time\":-"), jsonl + "3: time: expected a number from 0 to 1000000000", 1},
         {[](Lines& l) { l[3] = l[2]; }, jsonl + "4: time: expected a time after that of the frame before", 2},
-        {swap(5, "\"normal\"", "7"), jsonl + "5: tracking: expected a text", 3},
-        {swap(5, "\"tracking\"", "\"trackin\""), jsonl + "5: trackin: unknown field", 3},
         {[](Lines& l) { l[4].clear(); }, jsonl + "5: not JSON", 3},
-        {[](Lines& l) { l[4].append(5'000'000, ' '); }, jsonl + "5: longer than 4000000 bytes", 3},
         {swap(6, "4", "5"), jsonl + "6: frames: expected 4, as many as there are", 4},
-        {[](Lines& l) { l.push_back("{}"); }, jsonl + "7: comes after the end", 4},
         {[&](Lines&) { std::filesystem::resize_file(video, std::filesystem::file_size(video) / 2); },
          mkv + "ends after 1 of 4 frames", 1},
         {[&](Lines&) { std::filesystem::remove(video); }, mkv + "cannot be read", -1},
-        {[&](Lines&) { std::ofstream(video) << "This is no video, however long it is."; },
-         mkv + "is no Matroska file with HuffYUV video", -1},
-        {[&](Lines& l) { l.clear(), std::filesystem::remove(text); }, "/session.jsonl: cannot be read", -1},
     };
     std::vector<RecordedFrame> frames{testFrame(0), testFrame(1), testFrame(2), testFrame(3)};
     frames[0].frame.anchors.added = {testPlane("A", true)};
@@ -147,11 +104,10 @@ TEST_F(RecordingFile, DamageIsOneErrorWithFileAndLine) {
         for (std::string line; std::getline(stream, line);)
             lines.push_back(line);
         damage(lines);
-        if (!lines.empty()) {
-            std::ofstream out(text, std::ios::binary);
-            for (const std::string& line : lines)
-                out << line << '\n';
-        }
+        std::ofstream out(text);
+        for (const std::string& line : lines)
+            out << line << '\n';
+        out.close();
         const auto refused = RecordingReader::open(folder);
         ASSERT_EQ(refused.index(), 1U) << error;
         EXPECT_EQ(std::get<1>(refused).text, folder.string() + error);
@@ -165,35 +121,6 @@ TEST_F(RecordingFile, DamageIsOneErrorWithFileAndLine) {
         Nv12Buffer picture(96, 64);
         for (std::size_t i = 0; i < reader->size(); ++i)
             EXPECT_TRUE(reader->picture(i, picture)) << error;
-    }
-}
-
-TEST_F(RecordingFile, EveryCutOfAnUnfinishedRecordingPlaysUpToThere) {
-    record(folder, {testFrame(0), testFrame(1), testFrame(2)});
-    std::string lines = bytesOf(text);
-    const std::string pictures = bytesOf(video);
-    lines.resize(lines.rfind("{\"frames\""));
-    const auto cut = [](const std::filesystem::path& file, const std::string& bytes, std::size_t size) {
-        std::ofstream(file, std::ios::binary) << bytes.substr(0, size);
-    };
-    const auto sizeOf = [&] {
-        const auto reader = openRecording(folder);
-        return reader && !reader->isFinished() ? int(reader->size()) : -1;
-    };
-    cut(text, lines, lines.size());
-    int before = 0;
-    const std::size_t header = pictures.find("\x1F\x43\xB6\x75"), step = pictures.size() / 50;
-    for (std::size_t size = header; size <= pictures.size(); size += step) {
-        cut(video, pictures, size);
-        const int now = sizeOf();
-        EXPECT_TRUE(now >= before && now <= 3) << size;
-        before = now;
-    }
-    cut(video, pictures, pictures.size());
-    for (std::size_t size = lines.find('\n') + 1; size < lines.size(); size += 3) {
-        cut(text, lines, size);
-        // A line that lacks nothing but its end counts.
-        EXPECT_EQ(sizeOf() + 1, std::count(lines.begin(), lines.begin() + std::ptrdiff_t(size) + 1, '\n'));
     }
 }
 
