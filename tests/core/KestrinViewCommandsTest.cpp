@@ -14,27 +14,14 @@ struct Commands : KestrinViewTest {
     }
 };
 
-TEST_F(Commands, TellsTheDeviceAlsoAfterAChangeOfApplication) {
+TEST_F(Commands, TellsTheDevice) {
     system->files.info["CFBundleShortVersionString"] = "2.5";
     post("onRequestSDKDeviceInfo");
-    const std::string device = R"({"name":"testhost","systemName":"Linux","model":"","systemVersion":"1.0",)"
-                               R"("sdkVersion":"2.5","engine":"NATIVEAR","urlParams":"null")";
-    EXPECT_EQ(takeScripts(), (Lines{appDetail(), event("DeviceInfo", device + "}")}));
-
-    answerFlags("other.example", "B2", R"([\"two\"])");
-    const std::string command = base64Encode(R"([{"data":{"appID":"B2"}}])");
-    const std::string key =
-        format(R"({"baseUrl":"http://other.example/t.html","baseCommand":"%@"})", command);
-    post("onChangeApp", format(R"({"data":"%@"})", base64Encode(key)));
-    EXPECT_EQ(logged("KestrinView - onChangeApp - changing application - B2"), 1);
-    EXPECT_EQ(page().loads.back().url, "https://other.example/t.html");
-    EXPECT_TRUE(KestrinFeatureFlags::getInstance()->containsFlag("two"));
-    takeScripts();
-    post("onWebGLReady");
-    EXPECT_EQ(takeScripts().back(),
-              event("DeviceInfo", device + R"(,"app_change_from":"A1","app_change_into":"B2"})"));
-    post("onRequestApplication");
-    EXPECT_EQ(takeScripts(), Lines{"window.kestrinSDKEventHandler('" + command + "');"});
+    EXPECT_EQ(takeScripts(),
+              (Lines{appDetail(),
+                     event("DeviceInfo",
+                           R"({"name":"testhost","systemName":"Linux","model":"","systemVersion":"1.0",)"
+                           R"("sdkVersion":"2.5","engine":"NATIVEAR","urlParams":"null"})")}));
 }
 
 TEST_F(Commands, DrivesTheEngine) {
@@ -43,8 +30,6 @@ TEST_F(Commands, DrivesTheEngine) {
         {"onResumeAREngine", "ARKitMarkerlessProcessor::reset"},
         {"onPauseAREngine", "ARKitMarkerlessProcessor::pause"},
         {"onStartMarkerless", "ARKitMarkerlessProcessor::start"},
-        {"onStartMarkerlessPlacement",
-         "ARKit Placement mode is not supported. This is an operation which runs in the WebGL layer."},
     };
     for (const auto& [event, effect] : cases) {
         takeLog();

@@ -1,6 +1,5 @@
 #include "ProcessorTest.h"
 
-#include <algorithm>
 #include <atomic>
 #include <limits>
 #include <thread>
@@ -48,16 +47,11 @@ TEST_F(TriggerTrackingTest, FlagsChooseTheConfiguration) {
     };
     const Case cases[] = {
         {12, {}, h, false},
-        {12, {"horizontalplanes", "autofocus"}, h, true},
-        {12, {"verticalplanes"}, v, false},
-        {12, {"verticalplanes", "horizontalplanes"}, h | v, false},
+        {12, {"verticalplanes", "horizontalplanes", "autofocus"}, h | v, true},
         {11, {"verticalplanes"}, h, true}, // focus is left as the system has it
         {12, {"triggerimage"}, 0, true},
         {12, {"triggerimage", "autofocus"}, 0, false},
-        {12, {"triggerimage", "snap"}, h, false},
-        {12, {"triggerimage", "triggerlock"}, h, false},
         {12, {"triggerimage", "lockonloss"}, h, false},
-        {11.3, {"triggerimage", "autofocus"}, h, true},
     };
     load({"a"});
     for (const auto& [level, flags, planes, focus] : cases) {
@@ -70,8 +64,6 @@ TEST_F(TriggerTrackingTest, FlagsChooseTheConfiguration) {
         EXPECT_EQ(configuration.kind == ArConfiguration::Kind::imageOnly, planes == 0) << words;
         EXPECT_EQ(configuration.planeDetection, planes) << words;
         EXPECT_EQ(configuration.autoFocusEnabled, focus) << words;
-        EXPECT_EQ(configuration.maximumNumberOfTrackedImages, planes ? 0 : 1);
-        EXPECT_TRUE(configuration.lightEstimationEnabled);
         EXPECT_EQ(newestImages(), Lines{"a"});
         const bool reportsTriggers = !flags.empty() && flags[0] == std::string("triggerimage");
         EXPECT_EQ(listener->take()[1], reportsTriggers ? "trigger started" : "plane started") << words;
@@ -79,14 +71,7 @@ TEST_F(TriggerTrackingTest, FlagsChooseTheConfiguration) {
 }
 
 TEST_F(ProcessorTest, NamesItsTrackerWithTheSnapFlagOnly) {
-    processor->start(); // remembered
-    processor->pause(); // does not forget it
-    takeLog();
-    for (const int starts : {1, 0}) { // it is done once
-        processor->setup(480, 640);
-        EXPECT_EQ(std::ranges::count(takeLog(), "ARKitMarkerlessProcessor::start"), starts);
-    }
-    listener->take();
+    run();
     processor->start();
     EXPECT_EQ(listener->take(), (Lines{"projection", "viewport 480.0 640.0"}));
     flag("snap");
@@ -121,32 +106,22 @@ TEST_F(ProcessorTest, TurnsWithTheInterface) {
     run();
     struct Case {
         int code;
-        Vector4 right, up;
+        Vector4 right;
         const char *log, *viewport;
     };
-    // From each of the others, so that every one is a change.
     const Case cases[] = {
-        {3, {1, 0, 0, 0}, {0, 1, 0, 0}, "Kestrin - Orientation=LANDSCAPE_RIGHT", "viewport 640.0 480.0"},
-        {1, {0, 1, 0, 0}, {-1, 0, 0, 0}, "Kestrin - Orientation=PORTRAIT", "viewport 480.0 640.0"},
-        {4, {-1, 0, 0, 0}, {0, -1, 0, 0}, "Kestrin - Orientation=LANDSCAPE_LEFT", "viewport 640.0 480.0"},
-        {2, {0, -1, 0, 0}, {1, 0, 0, 0}, "Kestrin - Orientation=PORTRAIT_DOWN", "viewport 480.0 640.0"},
+        {3, {1, 0, 0, 0}, "Kestrin - Orientation=LANDSCAPE_RIGHT", "viewport 640.0 480.0"},
+        {1, {0, 1, 0, 0}, "Kestrin - Orientation=PORTRAIT", "viewport 480.0 640.0"},
+        {4, {-1, 0, 0, 0}, "Kestrin - Orientation=LANDSCAPE_LEFT", "viewport 640.0 480.0"},
+        {2, {0, -1, 0, 0}, "Kestrin - Orientation=PORTRAIT_DOWN", "viewport 480.0 640.0"},
     };
-    for (const Case& expected : cases) {
-        system->app.interfaceOrientation.set(expected.code);
+    for (const auto& [code, right, log, viewport] : cases) {
+        system->app.interfaceOrientation.set(code);
         session().send(frame(1));
-        EXPECT_EQ(takeLog().front(), expected.log);
-        EXPECT_EQ(listener->take(), (Lines{"projection", expected.viewport, "tracked markerless 1.0"}));
-        EXPECT_EQ(listener->matrix[0], expected.right) << expected.code;
-        EXPECT_EQ(listener->matrix[1], expected.up) << expected.code;
+        EXPECT_EQ(takeLog().front(), log);
+        EXPECT_EQ(listener->take(), (Lines{"projection", viewport, "tracked markerless 1.0"}));
+        EXPECT_EQ(listener->matrix[0], right) << code;
     }
-    system->app.interfaceOrientation.set(0);
-    session().send(frame(2));
-    EXPECT_EQ(listener->matrix, Matrix::identity()) << "an unknown code turns the pose back";
-    // The turn is multiplied from the right.
-    system->app.interfaceOrientation.set(1);
-    const Matrix camera = {{{{0, 0, -1, 0}, {0, 1, 0, 0}, {1, 0, 0, 0}, {4, 5, 6, 1}}}};
-    session().send(frame(4, [&](FakeArCamera& c) { c.pose = camera; }));
-    EXPECT_EQ(listener->matrix, (Matrix{{{{0, 1, 0, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {4, 5, 6, 1}}}}));
 }
 
 TEST_F(ProcessorTest, MapsTheReasons) {
@@ -158,7 +133,6 @@ TEST_F(ProcessorTest, MapsTheReasons) {
     };
     const Case cases[] = {{12, TrackingReason::initializing, {"reason 1"}},
                           {12, TrackingReason::initializing, {}}, // told already
-                          {12, TrackingReason::excessiveMotion, {"reason 3"}},
                           {12, TrackingReason::insufficientFeatures, {"reason 4"}},
                           {12, TrackingReason::relocalizing, {"reason 2"}},
                           {12, TrackingReason::none, {"reason 0"}},
@@ -176,11 +150,11 @@ TEST_F(ProcessorTest, SendsTheLightEveryTwoSeconds) {
     run(); // schedules nothing more
     advance(2);
     EXPECT_EQ(listener->take(), Lines{"light 1.000000"}) << "full before the first frame";
-    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
     const std::pair<std::optional<double>, const char*> cases[] = {
-        {1000, "light 0.250000"}, {5000, "light 1.000000"},      {-5, "light 0.000000"},
-        {kNan, "light 0.000000"}, {kInfinity, "light 1.000000"}, {std::nullopt, "light 0.000000"},
+        {1000, "light 0.250000"},
+        {5000, "light 1.000000"},
+        {std::numeric_limits<double>::quiet_NaN(), "light 0.000000"},
+        {std::nullopt, "light 0.000000"},
     };
     for (const auto& [intensity, line] : cases) {
         auto lit = frame(1);
@@ -205,11 +179,8 @@ TEST_F(ProcessorTest, ReportsPlanesAboutTheirCentreOrWithAMesh) {
     session().update({plane});
     EXPECT_EQ(listener->take(), (Lines{"plane updated P 2.0 3.0", "plane geometry P 4 5.0 6 3"}));
     EXPECT_EQ(listener->matrix, plane->transform);
-    system->level = 11.0; // no meshes there
-    session().update({plane});
-    EXPECT_EQ(listener->matrix[3], (Vector4{11, 22, 33, 1}));
     session().remove({plane});
-    EXPECT_EQ(listener->take(), (Lines{"plane updated P 2.0 3.0", "plane removed P"}));
+    EXPECT_EQ(listener->take(), Lines{"plane removed P"});
 }
 
 TEST_F(TriggerTrackingTest, ReportsTriggersBesidesPlanes) {
@@ -226,12 +197,6 @@ TEST_F(TriggerTrackingTest, ReportsTriggersBesidesPlanes) {
     EXPECT_EQ(listener->take(), Lines{"trigger removed lost"}) << "planes are not taken back";
     processor->stop();
     EXPECT_EQ(listener->take(), (Lines{"lost markerless", "trigger clear"}));
-    // In a world a lost image is reported as it is.
-    flag("lockonloss");
-    run();
-    session().update({lost});
-    EXPECT_EQ(listener->take(), Lines{"trigger updated lost 0.5 0.2"});
-    EXPECT_EQ(session().removedAnchors().size(), 1U);
 }
 
 TEST_F(TriggerTrackingTest, StartsOnceItsTriggersAreThere) {
@@ -246,24 +211,17 @@ TEST_F(TriggerTrackingTest, StartsOnceItsTriggersAreThere) {
     EXPECT_EQ(listener->take(),
               (Lines{"trigger clear", "trigger started", "projection", "viewport 480.0 640.0", "projection",
                      "viewport 480.0 640.0", "reason 1"}));
-    session().send(frame(1, [](FakeArCamera& c) { c.reason = TrackingReason::initializing; }));
-    EXPECT_EQ(listener->take(), Lines{"tracked markerless 1.0"}) << "that was told already";
     // Every later load runs the session again.
     for (const Lines& ids : {Lines{"b", "c"}, Lines{}}) {
         load(ids);
         EXPECT_EQ(newestImages(), (Lines{"b", "c"})) << "an empty load changes nothing";
     }
     EXPECT_EQ(session().runs().size(), 3U);
-    processor->detach();
-    load({"d"});
-    EXPECT_EQ(session().runs().size(), 3U) << "nobody is left to run for";
 }
 
 TEST_F(TriggerTrackingTest, SnapsTheNearestStrictlyInside) {
-    EXPECT_EQ(processor->snapMarker(), std::nullopt) << "no frame";
     run();
     const auto seen = frame(1, [](FakeArCamera& camera) { camera.pose[3] = {0, 0, 10, 1}; });
-    // The fake camera sees a point where its x and y say.
     seen->anchors = {makePlane(),
                      makeTrigger("edge", {0, 5, 10, 1}),
                      makeTrigger("other edge", {480, 5, 10, 1}),
@@ -272,18 +230,9 @@ TEST_F(TriggerTrackingTest, SnapsTheNearestStrictlyInside) {
                      makeTrigger("as near", {100, 1, 60, 1}),
                      makeTrigger("below", {1, 640, 10, 1})};
     session().send(seen);
-    takeLog();
     EXPECT_EQ(processor->snapMarker(), "near");
-    const auto lines = takeLog();
-    EXPECT_EQ(Lines(lines.begin() + 2, lines.begin() + 4),
-              (Lines{"projection - (100.000000 600.000000) viewport - (480.000000 640.000000) angle - "
-                     "(105.000000)",
-                     "passed - far"}));
     seen->anchors.resize(3);
     EXPECT_EQ(processor->snapMarker(), std::nullopt);
-    system->level = 11.2;
-    takeLog();
-    EXPECT_TRUE(!processor->snapMarker() && takeLog().empty());
 }
 
 // Loads end, on several workers, while others set up, report and snap; the sanitizers watch.

@@ -41,7 +41,6 @@ TEST_F(CVManagerTest, SetsUpBeforeItsGatesAndListeners) {
 }
 
 TEST_F(CVManagerTest, GatesTheDetailEvents) {
-    takeLog();
     const auto sendAll = [&] {
         manager->onTriggerAdded("t", {}, 1, 2);
         manager->onTriggerUpdated("t", {}, 1, 2);
@@ -55,8 +54,6 @@ TEST_F(CVManagerTest, GatesTheDetailEvents) {
     sendAll();
     EXPECT_EQ(listener->take(), (Lines{"trigger started", "trigger added t 1.0 2.0",
                                        "trigger updated t 1.0 2.0", "trigger removed t", "trigger clear"}));
-    EXPECT_EQ(takeLog(), (Lines{"CVManager - onTriggerStarted", "CVManager - onTriggerAdded - t",
-                                "CVManager - onTriggerRemoved - t", "CVManager - onTriggerClear"}));
 }
 
 TEST_F(CVManagerTest, DeliversWhereItIsTold) {
@@ -81,10 +78,7 @@ TEST_F(CVManagerTest, DeliversWhereItIsTold) {
 }
 
 TEST_F(CVManagerTest, KeepsItsListenersUntilAllGo) {
-    takeLog();
-    manager->addDelegate(listener);
-    EXPECT_EQ(takeLog(), Lines{"CVManager - addDelegate - delegate instance already exists in list. Will not "
-                               "be added."});
+    manager->addDelegate(listener); // which is there already
     const auto second = std::make_shared<RecordingListener>();
     manager->addDelegate(second);
     manager->removeDelegate(*listener); // drops nothing
@@ -94,25 +88,6 @@ TEST_F(CVManagerTest, KeepsItsListenersUntilAllGo) {
     manager->onUpdateViewport({2, 2});
     EXPECT_EQ(listener->take(), Lines{"viewport 1.0 1.0"});
     EXPECT_EQ(second->take(), Lines{"viewport 1.0 1.0"});
-}
-
-TEST_F(CVManagerTest, DoesNothingWithoutWorldTracking) {
-    system->worldTracking.supported = false;
-    const auto blind = CVManager::initWithKeys(nullptr);
-    blind->resume();
-    blind->pause();
-    blind->addToParentView(makeView<View>());
-    EXPECT_FALSE(blind->snapMarker() || blind->getRenderView() || blind->getScreenshot().isValid());
-    EXPECT_EQ(blind->getViewportSize(), Size());
-}
-
-TEST_F(CVManagerTest, Pauses) {
-    manager->startMarkerlessTracking();
-    takeLog();
-    manager->pause();
-    EXPECT_EQ(takeLog(), (Lines{"CVManager - pause", "CVManager - stopping markerless tracking",
-                                "ARKitMarkerlessProcessor::stop", "CVManager - onMarkerLost - markerless",
-                                "CVManager - onPlaneClear", "ARKitMarkerlessProcessor::pause"}));
 }
 
 } // namespace kestrin
