@@ -28,7 +28,7 @@ TEST_F(KestrinWebViewTest, AnAddressAskedForEarlyIsLoadedByTheFirstPrepare) {
     prepare();
     prepare();
     EXPECT_EQ(system->webToolkit.made, 1);
-    EXPECT_EQ(page().background, platform::kClear);
+    EXPECT_EQ(view().background(), platform::kClear);
     ASSERT_EQ(page().loads.size(), 1U);
     EXPECT_EQ(system->webToolkit.cacheClears, 0);
 

@@ -15,7 +15,6 @@ class FakeVision : public platform::Vision {
                                                       const platform::PixelBuffer& picture,
                                                       platform::PictureOrientation) override {
         const std::lock_guard lock(m_mutex);
-        ++m_looks;
         const auto codes = m_codes.find(&picture);
         return codes == m_codes.end() || request.symbologies.empty() ? Codes{} : codes->second;
     }
@@ -25,15 +24,10 @@ class FakeVision : public platform::Vision {
         const std::lock_guard lock(m_mutex);
         m_codes[picture.get()] = std::move(codes);
     }
-    int looks() const {
-        const std::lock_guard lock(m_mutex);
-        return m_looks;
-    }
 
   private:
-    mutable std::mutex m_mutex;
+    std::mutex m_mutex;
     std::map<const platform::PixelBuffer*, Codes> m_codes;
-    int m_looks = 0;
 };
 
 } // namespace kestrin::test
