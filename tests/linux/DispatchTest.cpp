@@ -1,8 +1,7 @@
+#include "../linux-web/MainLoop.h"
 #include "linux/toolkit/MainLoopDispatch.h"
 
 #include <gtest/gtest.h>
-
-#include <glib.h>
 
 #include <algorithm>
 #include <atomic>
@@ -14,6 +13,8 @@
 namespace kestrin::gtk {
 namespace {
 
+using kestrin::test::runFor;
+using kestrin::test::runUntil;
 using Clock = std::chrono::steady_clock;
 
 struct NoLog : platform::LogSink {
@@ -22,16 +23,6 @@ struct NoLog : platform::LogSink {
 
 class DispatchTest : public ::testing::Test {
   protected:
-    static bool runUntil(const std::function<bool()>& done, double seconds = 10) {
-        const auto end = Clock::now() + std::chrono::duration<double>(seconds);
-        const auto goOn = [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; };
-        const guint tick = g_timeout_add(1, goOn, nullptr);
-        while (!done() && Clock::now() < end)
-            g_main_context_iteration(nullptr, true);
-        g_source_remove(tick);
-        return done();
-    }
-
     std::unique_ptr<MainLoopDispatch> dispatch =
         std::make_unique<MainLoopDispatch>(std::make_shared<NoLog>());
 };
@@ -100,7 +91,7 @@ TEST_F(DispatchTest, AFloodLeavesRoomForRedraws) {
         return G_SOURCE_CONTINUE;
     };
     const guint source = g_timeout_add_full(G_PRIORITY_HIGH_IDLE + 20, 10, redraw, &redraws, nullptr);
-    runUntil([] { return false; }, 1);
+    runFor(1);
     g_source_remove(source);
     floods = false;
     EXPECT_GT(redraws, 10);  // a starved one is not seen once
@@ -142,7 +133,7 @@ TEST_F(DispatchTest, ATimerMayEndInsideItsOwnTaskAndNeverFiresAgain) {
         ticks += 1 + *held; // what the task holds outlives it
     });
     EXPECT_TRUE(runUntil([&] { return ticks == 1; }));
-    runUntil([] { return false; }, 0.03);
+    runFor(0.03);
     EXPECT_EQ(ticks, 1);
     EXPECT_EQ(held.use_count(), 1);
 }
@@ -155,7 +146,7 @@ TEST_F(DispatchTest, ATimerMayEndOnAnotherThread) {
         std::thread([held = std::move(timer)] {}).join();
     }
     const int present = ticks;
-    runUntil([] { return false; }, 0.02);
+    runFor(0.02);
     EXPECT_EQ(ticks, present);
 }
 
@@ -166,7 +157,7 @@ TEST_F(DispatchTest, WhatIsLeftIsDroppedWithTheQueue) {
     const auto timer = dispatch->every(0.001, [held] { FAIL(); });
     dispatch.reset();
     EXPECT_EQ(held.use_count(), 2); // the timer's own
-    runUntil([] { return false; }, 0.02);
+    runFor(0.02);
 }
 
 } // namespace

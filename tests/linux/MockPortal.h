@@ -31,7 +31,7 @@ class PrivateBus {
 /// A portal on that bus. It runs in this process, on the main loop.
 class MockPortal {
   public:
-    enum Manner { grants = 0, denies = 1, fails = 2, isSilent, isMute, refusesTheCall };
+    enum Manner { grants = 0, denies = 1, fails = 2, isSilent };
 
     MockPortal(const PrivateBus& bus, Manner manner)
         : m_manner(manner), m_connection(gtk::GRef<GDBusConnection>::adopt(connect(bus.address()))) {
@@ -78,9 +78,7 @@ class MockPortal {
     void take(std::string sender, const std::string& method, GVariant* arguments,
               GDBusMethodInvocation* invocation) {
         calls.push_back(method);
-        if (m_manner == isMute)
-            return;
-        if (method == "Close" || m_manner == refusesTheCall)
+        if (method == "Close")
             return g_dbus_method_invocation_return_dbus_error(invocation, "org.kestrin.Test", "no");
         const gtk::GOwned<GVariant, g_variant_unref> given(
             g_variant_get_child_value(arguments, g_variant_n_children(arguments) - 1));

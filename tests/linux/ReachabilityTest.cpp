@@ -28,17 +28,6 @@ constexpr Ipv4Address kFar{10, 1, 0, 9}, kNear{10, 0, 0, 9}, kOwn{10, 0, 0, 2}, 
 bool run(const std::string& command) { return std::system(command.c_str()) == 0; }
 /// One command a line, in one process.
 bool ip(const std::string& lines) { return run("ip -batch - <<'END'\n" + lines + "\nEND"); }
-/// How often the thread that watches has gone to sleep; empty without one.
-std::string sleeps() {
-    std::string counts;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream status(task.path() / "status");
-        const std::string text(std::istreambuf_iterator<char>(status), {});
-        if (text.starts_with("Name:\tkestrin routes"))
-            counts += text.substr(text.find("\nvoluntary_ctxt_switches:"));
-    }
-    return counts;
-}
 
 /// Runs what a target posts, where it posts it, and keeps the flags that it tells.
 class Told : public SerialQueue {
@@ -105,8 +94,6 @@ TEST_F(LinuxReachabilityTest, TellsTheWayToAnAddress) {
     ASSERT_TRUE(ip("route add unreachable 10.1.0.9\nroute add default via 10.0.0.1"));
     EXPECT_EQ(flagsOf(kFar), 0U);
     EXPECT_EQ(flagsOf(kInternet), kReachable);
-    ASSERT_TRUE(ip("route del default\naddr add fd00::2/64 dev net0 nodad\nroute add default via fd00::1"));
-    EXPECT_EQ(flagsOf(kInternet), kReachable) << "by the other protocol";
     files.write("class/net/net0/phy80211/name", "");
     EXPECT_EQ(flagsOf(kLocalWiFi), kReachable | kIsDirect);
     files.write("class/net/net0/uevent", "DEVTYPE=wwan\nINTERFACE=net0\n");
@@ -135,10 +122,9 @@ TEST_F(LinuxReachabilityTest, SeesEachChangeAtOnce) {
             best = std::min(best, took);
         }
     EXPECT_THAT(fastest, Each(Pair(testing::_, Le(200))));
-    RecordProperty("milliseconds", testing::PrintToString(fastest));
 }
 
-TEST_F(LinuxReachabilityTest, FoldsBurstsAndSleepsOtherwise) {
+TEST_F(LinuxReachabilityTest, FoldsBursts) {
     const auto target = targets.makeForAddress(kFar);
     Told told(*target);
     EXPECT_TRUE(told.become(kReachable));
@@ -148,14 +134,6 @@ TEST_F(LinuxReachabilityTest, FoldsBurstsAndSleepsOtherwise) {
     ASSERT_TRUE(ip(burst));
     std::this_thread::sleep_for(seconds(1));
     EXPECT_THAT(told.all(), ElementsAre(0U));
-    EXPECT_NE(sleeps(), "");
-    bool slept = false; // through half a second without late news of the burst
-    for (int i = 0; i < 10 && !slept; ++i) {
-        const auto before = sleeps();
-        std::this_thread::sleep_for(milliseconds(500));
-        slept = sleeps() == before;
-    }
-    EXPECT_TRUE(slept);
     target->stop();
     ASSERT_TRUE(ip("link set peer0 up"));
     std::this_thread::sleep_for(milliseconds(200));
@@ -181,6 +159,4 @@ TEST_F(LinuxReachabilityTest, LooksNamesUp) {
     const auto began = Clock::now();
     std::make_unique<gtk::NetlinkReachability>()->makeForHost("silence.example")->flags();
     EXPECT_LT(Clock::now() - began, seconds(3)) << "nobody waits for a name";
-    for (const std::string& refused : {std::string(), std::string("a b"), std::string(300, 'a')})
-        EXPECT_EQ(targets.makeForHost(refused), nullptr);
 }
