@@ -1,31 +1,20 @@
 #pragma once
 
 #include "FaultyServer.h"
-#include "MainLoop.h"
-#include "linux/toolkit/MainLoopDispatch.h"
-#include "linux/toolkit/ViewToolkit.h"
+#include "linux/ToolkitTest.h"
 #include "linux/web/WebKitToolkit.h"
 #include "platform/WebView.h"
-#include "support/FakePlatform.h"
-
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 namespace kestrin::test {
 
-/// Real main loop, widgets and web views; the rest is the fake's.
-class WebPlatform : public FakePlatform {
+/// Web views besides.
+class WebPlatform : public ToolkitPlatform {
   public:
-    platform::Dispatch& dispatch() override { return mainLoop; }
-    platform::LogSink& log() override { return *kept; }
-    platform::ViewToolkit& views() override { return widgets; }
     platform::WebToolkit& web() override { return webKit; }
 
-    const std::shared_ptr<FakeLog> kept = std::make_shared<FakeLog>();
-    gtk::MainLoopDispatch mainLoop{kept};
-    gtk::ViewToolkit widgets{*kept, nullptr};
     gtk::WebKitToolkit webKit{kept, {"", "", 12, true}};
 };
 
@@ -65,13 +54,12 @@ class Page : public platform::ScriptMessageHandler, public platform::NavigationD
 };
 
 /// Web views in a window, and a server for their pages.
-class WebTest : public testing::Test {
+class WebTest : public ToolkitTest {
   protected:
     /// Seconds; on a busy machine the processes of a web view take their time to start.
     static constexpr double kPatience = 45;
 
-    WebTest();
-    ~WebTest() override;
+    WebTest() : ToolkitTest(std::make_shared<WebPlatform>()) {}
 
     /// A web view of 200 x 100 points that fills the window, above a blue background.
     void show();
@@ -89,16 +77,9 @@ class WebTest : public testing::Test {
     bool waitForLog(const std::string& part);
 
     FaultyServer server;
-    std::shared_ptr<WebPlatform> system;
     std::shared_ptr<Page> page = std::make_shared<Page>();
     std::shared_ptr<platform::View> root;
     std::shared_ptr<platform::WebView> view;
-    GtkWindow* window = nullptr;
-
-  private:
-    const std::vector<std::string>& logged();
-
-    std::vector<std::string> m_logged;
 };
 
 } // namespace kestrin::test

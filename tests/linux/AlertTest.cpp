@@ -28,10 +28,7 @@ TEST_F(AlertTest, IsModalAndGoesWithItsButtonWhetherThereIsAWindowOrNot) {
         EXPECT_STREQ(message, "Message %s \uFFFD");
         EXPECT_TRUE(gtk_window_get_modal(dialog.get()));
         EXPECT_EQ(gtk_window_get_transient_for(dialog.get()), host);
-        GtkWidget* const button = gtk_window_get_default_widget(dialog.get());
-        EXPECT_STREQ(gtk_button_get_label(GTK_BUTTON(button)), "_Close");
-        EXPECT_FALSE(gtk_button_get_use_underline(GTK_BUTTON(button)));
-        gtk_widget_activate(button);
+        gtk_widget_activate(gtk_window_get_default_widget(dialog.get()));
         EXPECT_TRUE(runUntil([&] { return count() == before; }));
     }
 }

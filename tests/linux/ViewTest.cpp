@@ -74,9 +74,9 @@ TEST_F(ViewTest, TakenOutAndPutBackInOneTurnStaysRealizedAndMapped) {
 TEST_F(ViewTest, TakenOutAndPutBackByTwoTasksInARowStaysRealized) {
     LeaveCounter counter(*green);
     bool done = false;
-    system->queues.mainAsync([&] { green->removeFromSuperview(); });
-    system->queues.mainAsync([&] { root->addSubview(green); });
-    system->queues.mainAsync([&] { done = true; });
+    system->mainLoop.mainAsync([&] { green->removeFromSuperview(); });
+    system->mainLoop.mainAsync([&] { root->addSubview(green); });
+    system->mainLoop.mainAsync([&] { done = true; });
     EXPECT_TRUE(runUntil([&] { return done; }));
     EXPECT_PIXEL(pixel(50, 50), {0, 255, 0});
     EXPECT_EQ(counter.unrealized, 0);
@@ -112,16 +112,6 @@ TEST_F(ViewTest, TheAllocationBecomesTheSizeOfTheRootOnce) {
     settle();
     EXPECT_EQ(root->sizes, (std::vector<Size>{{200, 120}, {100, 160}, {100, 160}}));
     EXPECT_EQ(root->frame().size, (Size{100, 160}));
-}
-
-TEST_F(ViewTest, AViewThatDiesFirstLeavesAnEmptyWidget) {
-    root.reset();
-    const Pixel windowColor = pixel(190, 110);
-    EXPECT_TRUE(pixel(50, 50).isNear(windowColor));
-    root = makeView<NotingView>();
-    root->addSubview(blue); // its widget is free
-    gtk_window_set_child(window, gtk::widget(*root));
-    EXPECT_PIXEL(pixel(50, 50), {0, 0, 255});
 }
 
 } // namespace
