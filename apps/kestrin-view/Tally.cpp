@@ -24,8 +24,10 @@ double Tally::milliseconds(Clock::time_point until) const {
 
 std::string Tally::summary(std::int64_t frames) const {
     const double whole = milliseconds(Clock::now());
-    const double first = m_firstPose ? milliseconds(*m_firstPose) : 0;
-    const double perSecond = m_firstPose && whole > first ? double(m_rendered) * 1000 / (whole - first) : 0;
+    if (!m_firstPose)
+        return format("frames %i  the page reports no poses  milliseconds %.0f", frames, whole);
+    const double first = milliseconds(*m_firstPose);
+    const double perSecond = whole > first ? double(m_rendered) * 1000 / (whole - first) : 0;
     return format("frames %i  poses received by the page %i  rendered %i (%.1f a second)  "
                   "milliseconds %.0f (first pose after %.0f)",
                   frames, m_poses, m_rendered, perSecond, whole, first);

@@ -15,7 +15,7 @@ class Tally {
     /// Takes over what one event says; an event without counts is ignored.
     void update(const boost::json::object& event);
     std::int64_t poses() const { return m_poses; }
-    /// One line: `frames` of the session, poses received by the page, milliseconds.
+    /// One line: `frames` of the session, poses received by a page that reports them, milliseconds.
     std::string summary(std::int64_t frames) const;
 
   private:

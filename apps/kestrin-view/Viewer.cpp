@@ -31,8 +31,9 @@ namespace {
 constexpr const char* kApplicationId = "org.kestrin.View";
 constexpr double kPollSeconds = 0.05;
 constexpr double kStepSeconds = 0.5; ///< how long a frame may take until the next is asked for
-/// A run that is to end after some frames gives up when no pose reaches the page for so long.
+/// A run that is to end after some frames gives up when nothing happens for so long.
 constexpr double kPatienceSeconds = 30;
+constexpr double kReportSeconds = 5; ///< how long a page may take to report the last poses, if it ever does
 
 content::Application applicationOf(const Arguments& arguments) {
     content::Application application;
@@ -79,7 +80,9 @@ class Viewer {
     std::unique_ptr<platform::RepeatingTimer> m_watch;
     Tally m_tally;
     std::int64_t m_posesSeen = 0;
-    double m_lastPose = 0; ///< when the page last said that it received one
+    std::uint64_t m_framesSeen = 0;
+    double m_lastPose = 0;     ///< when the page last said that it received one
+    double m_lastProgress = 0; ///< when that, or a frame on the way to the last, was
     Ending m_ending;
 };
 
@@ -257,20 +260,23 @@ void Viewer::step() {
 void Viewer::watch() {
     if (!m_arguments.frames)
         return;
-    m_lastPose = m_platform->dispatch().now();
+    m_lastPose = m_lastProgress = m_platform->dispatch().now();
     m_watch = m_platform->dispatch().every(kPollSeconds, [this] {
         const double now = m_platform->dispatch().now();
-        const bool isNew = std::exchange(m_posesSeen, m_tally.poses()) != m_tally.poses();
-        if (isNew)
-            m_lastPose = now;
+        const bool isNewPose = std::exchange(m_posesSeen, m_tally.poses()) != m_tally.poses();
+        const bool isNewFrame = std::exchange(m_framesSeen, m_tracking->frames()) != m_tracking->frames();
         const bool isOver =
             m_tracking->hasEnded() || std::int64_t(m_tracking->frames()) >= *m_arguments.frames;
-        if (m_tally.poses() > 0 && isOver)
+        if (isNewPose)
+            m_lastPose = now;
+        if (isNewPose || (isNewFrame && !isOver))
+            m_lastProgress = now;
+        if (isOver && (m_tally.poses() > 0 || now - m_lastProgress > kReportSeconds))
             finish();
-        else if (now - m_lastPose > kPatienceSeconds)
+        else if (now - m_lastProgress > kPatienceSeconds)
             end({1, "kestrin-view: the page received no pose for " + std::to_string(int(kPatienceSeconds)) +
                         " seconds" + trustHint()});
-        else if (m_arguments.steps && (isNew || now - m_lastPose > kStepSeconds))
+        else if (m_arguments.steps && (isNewPose || now - m_lastPose > kStepSeconds))
             step();
     });
 }

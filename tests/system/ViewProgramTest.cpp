@@ -84,6 +84,24 @@ TEST(ViewProgram, EndsAfterItsFramesWithASummaryAndAScreenshot) {
     EXPECT_EQ(head.substr(16), std::string("\0\0\x01\x40\0\0\0\xF0", 8)) << "not 320x240";
 }
 
+TEST(ViewProgram, ShowsThePagesOfTheGuides) {
+    const TemporaryFolder page;
+    std::filesystem::copy(KESTRIN_WEB_DIST "/client/kestrin.js", page / "kestrin.js");
+    for (const char* name : {"page-guide.md", "protocol.md"}) {
+        std::ifstream file(std::string(KESTRIN_DOCS "/") + name);
+        const std::string guide(std::istreambuf_iterator<char>(file), {});
+        const auto from = guide.find("```html\n") + 8;
+        std::ofstream(page / "index.html") << guide.substr(from, guide.find("```", from) - from);
+        const Outcome outcome = run(
+            {"--page", page.path().string(), "--size", "320x240", "--frames", "20", "--log-level", "debug"});
+        EXPECT_EQ(outcome.status, 0) << name << '\n' << outcome.err;
+        EXPECT_NE(outcome.err.find("onStartMarkerless - UI template call"), std::string::npos) << name;
+        EXPECT_FALSE(std::regex_search(outcome.err, std::regex("https://[^\n]* CONSOLE JS ERROR")))
+            << name << '\n'
+            << outcome.err;
+    }
+}
+
 TEST(ViewProgram, EndsWithTheReasonWhenItsServerIsNotTrusted) {
     for (const bool byVariable : {false, true}) {
         std::vector<std::string> arguments{"--page", kPage, "--size", "320x240", "--frames", "10"};
