@@ -23,9 +23,9 @@ struct FakeGpuTexture : platform::GpuTexture {
     const platform::GpuFormat format;
 };
 
-/// Makes recording things, and fails where the test says. Everything drawn is written to `journal`, a line a
-/// call: "makeCommandBuffer", "label NAME", "makeEncoder", "push NAME", "pop", "cull none", "pipeline",
-/// "depth", "vertices INDEX", "texture INDEX", "strip FIRST COUNT", "end", "present", "commit".
+/// Makes recording things, and no textures if the test says so. Everything drawn is written to `journal`, a
+/// line a call: "makeCommandBuffer", "label NAME", "makeEncoder", "push NAME", "pop", "cull none",
+/// "pipeline", "depth", "vertices INDEX", "texture INDEX", "strip FIRST COUNT", "end", "present", "commit".
 class FakeGpuDevice : public platform::GpuDevice,
                       public platform::GpuTextureCache,
                       public platform::GpuCommandQueue,
@@ -37,8 +37,6 @@ class FakeGpuDevice : public platform::GpuDevice,
         return buffer;
     }
     platform::GpuResult<platform::GpuLibrary> makeLibrary(const std::string&, const std::string&) override {
-        if (!libraryError.empty())
-            return libraryError;
         return std::make_shared<platform::GpuLibrary>();
     }
     platform::GpuResult<platform::GpuPipeline> makePipeline(const platform::GpuPipelineDescriptor&) override {
@@ -71,7 +69,6 @@ class FakeGpuDevice : public platform::GpuDevice,
             completion();
     }
 
-    std::string libraryError; ///< not empty: making one fails with this
     bool texturesFail = false;
     bool finishesAtOnce = true;                            ///< completions run inside commit
     std::shared_ptr<FakeGpuBuffer> buffer;                 ///< made last

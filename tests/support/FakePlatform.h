@@ -40,8 +40,6 @@ class FakePlatform : public platform::Platform {
     FakeReachability network;
     FakeStorage files;
     FakePermissions person;
-    platform::Device hardware{"testhost", "Linux",   "1.0",
-                              "",         "Desktop", "01234567-89AB-4CDE-8F01-23456789ABCD"};
     double level = 12.0;
 
     platform::Dispatch& dispatch() override { return queues; }
@@ -58,7 +56,9 @@ class FakePlatform : public platform::Platform {
     platform::ReachabilityTargets& reachability() override { return network; }
     platform::Storage& storage() override { return files; }
     platform::Permissions& permissions() override { return person; }
-    platform::Device device() const override { return hardware; }
+    platform::Device device() const override {
+        return {"testhost", "Linux", "1.0", "", "Desktop", "01234567-89AB-4CDE-8F01-23456789ABCD"};
+    }
     double featureLevel() const override { return level; }
 };
 

@@ -3,7 +3,6 @@
 
 namespace kestrin::test {
 
-using platform::Image;
 using platform::View;
 
 struct KestrinTriggerListTest : TriggerTest {
@@ -123,13 +122,6 @@ TEST_F(KestrinTriggerListTest, CallsTheNewestWaiterAfterEveryLoad) {
     EXPECT_EQ(told, (std::vector<Lines>{{}, {"a", "b"}}));
     list->loadForARKit(tell);
     EXPECT_EQ(told.size(), 3U) << "at once";
-}
-
-TEST_F(KestrinTriggerListTest, TurnsImagesClockwise) {
-    const Image twoPixels(2, 1, {1, 1, 1, 255, 2, 2, 2, 255});
-    const Image turned = KestrinTriggerList::imageRotatedByDegrees(twoPixels, 90);
-    ASSERT_EQ(turned.size(), (platform::Size{1, 2}));
-    EXPECT_EQ(turned.pixels()[0], 1) << "the left end is at the top";
 }
 
 } // namespace kestrin::test
