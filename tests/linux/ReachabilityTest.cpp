@@ -74,10 +74,13 @@ struct LinuxReachabilityTest : testing::Test {
     ReachabilityFlags flagsOf(const IpAddress& address) {
         return targets.makeForAddress(address)->flags().value_or(~0U);
     }
-    /// Puts a file in the place of one of the system's.
-    void replace(const std::string& path, const std::string& text) {
-        files.write(path.substr(1), text);
-        EXPECT_TRUE(run("mount --bind " + files.path().string() + path + ' ' + path));
+    /// Puts a file in the place of one of the system's, in a copy of /etc that only this process sees.
+    void replace(const std::string& name, const std::string& text) {
+        const std::string etc = files / "etc";
+        EXPECT_TRUE(std::filesystem::exists(etc) ||
+                    run("cp -a /etc " + etc + " && mount --bind " + etc + " /etc"));
+        std::filesystem::remove(files / name); // it may be a link that leads out of the copy
+        files.write(name, text);
     }
 
     const test::TemporaryFolder files;
@@ -141,7 +144,7 @@ TEST_F(LinuxReachabilityTest, FoldsBursts) {
 }
 
 TEST_F(LinuxReachabilityTest, LooksNamesUp) {
-    replace("/etc/hosts", "10.2.0.1 two.example\n10.1.0.9 two.example\n");
+    replace("etc/hosts", "10.2.0.1 two.example\n10.1.0.9 two.example\n");
     for (const char* host : {"two.example", "mapped.example", "10.1.0.9"}) {
         const auto target = targets.makeForHost(host);
         Told told(*target);
@@ -155,7 +158,7 @@ TEST_F(LinuxReachabilityTest, LooksNamesUp) {
     EXPECT_TRUE(told.become(0));
     files.write("etc/hosts", "10.0.0.9 nowhere.example\n");
     EXPECT_TRUE(told.become(kReachable | kIsDirect)) << "asked again after a while";
-    replace("/etc/resolv.conf", "nameserver 10.1.0.8\n"); // which does not answer
+    replace("etc/resolv.conf", "nameserver 10.1.0.8\n"); // which does not answer
     const auto began = Clock::now();
     std::make_unique<gtk::NetlinkReachability>()->makeForHost("silence.example")->flags();
     EXPECT_LT(Clock::now() - began, seconds(3)) << "nobody waits for a name";
